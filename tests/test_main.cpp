@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// The frame of every test program: its own home directory, then the application object, then the tests.
+#include <QApplication>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+int main(int argc, char* argv[])
+{
+    const QTemporaryDir home;
+    qputenv("HOME", home.path().toLocal8Bit());
+    QApplication application(argc, argv);
+    testing::InitGoogleMock(&argc, argv);
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    return RUN_ALL_TESTS();
+}
