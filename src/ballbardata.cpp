@@ -1,0 +1,321 @@
+// SPDX-License-Identifier: MIT
+#include "ballbardata.h"
+
+#include "numbers.h"
+#include "statistics.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+#include <cassert>
+#include <cmath>
+#include <cstring>
+#include <string_view>
+
+namespace
+{
+
+constexpr std::string_view header_legacy_v1 = "BallBar_V1";
+constexpr std::string_view header_legacy_v2 = "BallBar_V2";
+constexpr std::string_view header_v1 = "B89.4.1_Data:Version=1:Type=BallBar";
+
+constexpr size_t maximum_field_count = 13;
+using TFields = std::array<std::string_view, maximum_field_count>;
+
+/// What tells one measurement format from another once its lines are found.
+struct TFormat
+{
+    std::string_view header;
+    size_t field_count;
+    bool has_column_headings; ///< a line with "Name" and "Length" names the columns
+    bool has_form_errors;     ///< two fields before the probe offset
+    bool centres_need_offset; ///< centres were written without the probe offset
+};
+
+constexpr TFormat format_legacy_v1{header_legacy_v1, 11, false, false, true};
+constexpr TFormat format_legacy_v2{header_legacy_v2, 13, false, true, true};
+constexpr TFormat format_v1{header_v1, 13, true, true, false};
+
+constexpr char Lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool Same_Letter(char a, char b)
+{
+    return Lower(a) == Lower(b);
+}
+
+bool Starts_With(std::string_view text, std::string_view start)
+{
+    return text.size() >= start.size() && std::equal(start.begin(), start.end(), text.begin(), Same_Letter);
+}
+
+bool Contains(std::string_view text, std::string_view word)
+{
+    return std::search(text.begin(), text.end(), word.begin(), word.end(), Same_Letter) != text.end();
+}
+
+std::string_view View(const QByteArray& bytes)
+{
+    return {bytes.constData(), static_cast<size_t>(bytes.size())};
+}
+
+/// Takes the text up to the next line feed off the front of `text`.
+std::string_view Take_Line(std::string_view* text)
+{
+    const size_t end = std::min(text->find('\n'), text->size());
+    const std::string_view line = text->substr(0, end);
+    text->remove_prefix(std::min(end + 1, text->size()));
+    return line;
+}
+
+/// Cuts `line` at its commas into exactly `count` fields; false where there are more or fewer.
+bool Split_Fields(std::string_view line, size_t count, TFields* fields)
+{
+    for (size_t i = 0; i + 1 < count; ++i) {
+        const size_t comma = line.find(',');
+        if (comma == std::string_view::npos)
+            return false;
+        (*fields)[i] = line.substr(0, comma);
+        line.remove_prefix(comma + 1);
+    }
+    (*fields)[count - 1] = line;
+    return line.find(',') == std::string_view::npos;
+}
+
+/// The position's name: runs of white space are one blank, and so is one before the comma.
+QString Name_Of(std::string_view field)
+{
+    const QString name = QString::fromLatin1(field.data(), static_cast<int>(field.size()));
+    if (field.find_first_of("\t\v\r") == std::string_view::npos && field.find("  ") == std::string_view::npos)
+        return name;
+    constexpr QLatin1Char end_mark('|'); // keeps simplified() from taking the blank at the end
+    QString simplified = (name + end_mark).simplified();
+    simplified.chop(1);
+    return simplified;
+}
+
+/// A position of finite length. Coordinates whose distance overflows a double are no measurement and would
+/// poison every statistic of the set.
+bool Is_Measurable(const Types::TBallbar_Item& item)
+{
+    return std::isfinite(item.Length());
+}
+
+bool Parse_Numbers(const TFields& fields, size_t count, double* numbers)
+{
+    for (size_t i = 2; i < count; ++i) {
+        if (!Parse_Decimal(fields[i], numbers++))
+            return false;
+    }
+    return true;
+}
+
+/// Reads one data line; false for a line that is none. The second field holds nothing the set needs.
+bool Parse_Line(std::string_view line, const TFormat& format, Types::TBallbar_Item* item)
+{
+    TFields fields;
+    if (!Split_Fields(line, format.field_count, &fields))
+        return false;
+    // Only the first two fields may hold words; with a word in any other the line is no data anyway.
+    const std::string_view words(line.data(), fields[0].size() + 1 + fields[1].size());
+    if (format.has_column_headings && Contains(words, "Name") && Contains(words, "Length"))
+        return false;
+    std::array<double, maximum_field_count - 2> numbers{};
+    if (!Parse_Numbers(fields, format.field_count, numbers.data()))
+        return false;
+
+    item->name = Name_Of(fields[0]);
+    item->sph1 = {numbers[0], numbers[1], numbers[2]};
+    item->sph2 = {numbers[3], numbers[4], numbers[5]};
+    const double* next = numbers.data() + 6;
+    item->sph1_form = format.has_form_errors ? *next++ : 0.0;
+    item->sph2_form = format.has_form_errors ? *next++ : 0.0;
+    item->tool = {next[0], next[1], next[2]};
+    if (format.centres_need_offset) {
+        item->sph1 = item->sph1 + item->tool;
+        item->sph2 = item->sph2 + item->tool;
+    }
+    return Is_Measurable(*item);
+}
+
+/// The most positions that `text` can hold: each takes a line and its commas. Reserving that many at once
+/// keeps a large file from being held twice while the list grows.
+size_t Position_Limit(std::string_view text, size_t field_count)
+{
+    const auto lines = static_cast<size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
+    const auto commas = static_cast<size_t>(std::count(text.begin(), text.end(), ','));
+    return std::min(lines, commas / (field_count - 1));
+}
+
+void Parse_Lines(const QByteArray& contents, const TFormat& format, std::vector<Types::TBallbar_Item>* items)
+{
+    std::string_view text = View(contents);
+    items->reserve(Position_Limit(text, format.field_count));
+    Types::TBallbar_Item item;
+    while (!text.empty()) {
+        const std::string_view line = Trimmed(Take_Line(&text));
+        if (line.empty() || line.front() == '#' || Starts_With(line, format.header))
+            continue;
+        if (Parse_Line(line, format, &item))
+            items->push_back(item);
+    }
+}
+
+} // namespace
+
+bool TBallBarData::Fail(const QString& message, const QString& path)
+{
+    d_last_error = message.arg(path);
+    return false;
+}
+
+bool TBallBarData::Load_Data(const QString& path)
+{
+    Clear();
+    QByteArray contents;
+    if (!Read_File(path, &contents))
+        return false;
+    if (DetermineFileEncoding(contents) == ENCODING_BINARY)
+        return Fail(QStringLiteral("Input file '%1' appears to be binary and is not supported."), path);
+
+    bool loaded = false;
+    switch (DetermineAsciiFileContents(contents)) {
+    case CONTENTS_LEGACY_V1:
+        loaded = Load_Data_Legacy_V1(contents);
+        break;
+    case CONTENTS_LEGACY_V2:
+        loaded = Load_Data_Legacy_V2(contents);
+        break;
+    case CONTENTS_V1:
+        loaded = Load_Data_V1(contents);
+        break;
+    case CONTENTS_UNKNOWN:
+        return Fail(QStringLiteral("Input file '%1' is not recognized as a ball bar measurement file."),
+                    path);
+    }
+    if (loaded)
+        Update_Stats();
+    return loaded;
+}
+
+bool TBallBarData::Read_File(const QString& path, QByteArray* contents)
+{
+    const QString cannot_open = QStringLiteral("Cannot open file '%1'");
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return Fail(cannot_open, path);
+    if (file.size() > Maximum_File_Size)
+        return Fail(QStringLiteral("Input file '%1' is too large to be a ball bar measurement file."), path);
+    *contents = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return Fail(cannot_open, path);
+    return true;
+}
+
+void TBallBarData::Clear()
+{
+    d_ballbar_items.clear();
+    Update_Stats();
+}
+
+void TBallBarData::Add_Ballbar(const Types::TBallbar_Item& item)
+{
+    d_ballbar_items.push_back(item);
+}
+
+void TBallBarData::Update_Stats()
+{
+    const TStatistics statistics = Length_Statistics(d_ballbar_items);
+    d_minimum_length = statistics.minimum;
+    d_maximum_length = statistics.maximum;
+    d_mean_length = statistics.mean;
+    d_median_length = statistics.median;
+    d_stdev_length = statistics.standard_deviation;
+}
+
+Types::TBallbar_Item TBallBarData::Ballbar_Item(int index) const
+{
+    assert(static_cast<unsigned int>(index) < d_ballbar_items.size());
+    return d_ballbar_items[static_cast<unsigned int>(index)];
+}
+
+int TBallBarData::Ballbar_Item_Count() const
+{
+    return static_cast<int>(d_ballbar_items.size());
+}
+
+TVector3 TBallBarData::Volume_Corner_Min() const
+{
+    if (d_ballbar_items.empty())
+        return {-100.0, -100.0, -100.0};
+    TVector3 corner = d_ballbar_items.front().sph1;
+    for (const Types::TBallbar_Item& item : d_ballbar_items) {
+        corner.x = std::min({corner.x, item.sph1.x, item.sph2.x});
+        corner.y = std::min({corner.y, item.sph1.y, item.sph2.y});
+        corner.z = std::min({corner.z, item.sph1.z, item.sph2.z});
+    }
+    return corner;
+}
+
+TVector3 TBallBarData::Volume_Corner_Max() const
+{
+    if (d_ballbar_items.empty())
+        return {100.0, 100.0, 100.0};
+    TVector3 corner = d_ballbar_items.front().sph1;
+    for (const Types::TBallbar_Item& item : d_ballbar_items) {
+        corner.x = std::max({corner.x, item.sph1.x, item.sph2.x});
+        corner.y = std::max({corner.y, item.sph1.y, item.sph2.y});
+        corner.z = std::max({corner.z, item.sph1.z, item.sph2.z});
+    }
+    return corner;
+}
+
+TBallBarData::TFileEncoding TBallBarData::DetermineFileEncoding(const QByteArray& contents) const
+{
+    // As signed characters all bytes from 128 on are negative: accented letters are refused like controls.
+    const auto is_text = [](char byte) {
+        const auto c = static_cast<signed char>(byte);
+        return c > 31 || (c >= 9 && c <= 11) || c == 13;
+    };
+    return std::all_of(contents.begin(), contents.end(), is_text) ? ENCODING_ASCII : ENCODING_BINARY;
+}
+
+TBallBarData::TFileContents TBallBarData::DetermineAsciiFileContents(const QByteArray& contents) const
+{
+    std::string_view text = View(contents);
+    text = text.substr(0, text.find('\0'));
+    if (text.size() < 11)
+        return CONTENTS_UNKNOWN;
+
+    text = Trimmed(text);
+    const std::string_view first_line = Take_Line(&text);
+    if (Starts_With(first_line, header_legacy_v1))
+        return CONTENTS_LEGACY_V1;
+    if (Starts_With(first_line, header_legacy_v2))
+        return CONTENTS_LEGACY_V2;
+    if (Starts_With(first_line, header_v1))
+        return CONTENTS_V1;
+    return CONTENTS_UNKNOWN;
+}
+
+bool TBallBarData::Load_Data_Legacy_V1(const QByteArray& contents)
+{
+    Parse_Lines(contents, format_legacy_v1, &d_ballbar_items);
+    return true;
+}
+
+bool TBallBarData::Load_Data_Legacy_V2(const QByteArray& contents)
+{
+    Parse_Lines(contents, format_legacy_v2, &d_ballbar_items);
+    return true;
+}
+
+bool TBallBarData::Load_Data_V1(const QByteArray& contents)
+{
+    Parse_Lines(contents, format_v1, &d_ballbar_items);
+    return true;
+}
