@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+#include "report.h"
+
+#include <QStringList>
+
+#include <gmock/gmock.h>
+
+namespace
+{
+
+/// A set of bars along X of the given lengths, named P1, P2 and so on.
+void Fill(TBallBarData* data, const std::vector<double>& lengths)
+{
+    data->Clear();
+    for (const double length : lengths) {
+        Types::TBallbar_Item item;
+        item.name = QStringLiteral("P%1").arg(data->Ballbar_Item_Count() + 1);
+        item.sph2 = {length, 0, 0};
+        data->Add_Ballbar(item);
+    }
+    data->Update_Stats();
+}
+
+std::vector<double> Counts(const THistogram& histogram)
+{
+    std::vector<double> counts;
+    for (size_t i = 1; i < histogram.bars.size(); ++i)
+        counts.push_back(histogram.bars[i].y);
+    return counts;
+}
+
+} // namespace
+
+TEST(Report, TextToTheCharacter)
+{
+    TBallBarData data;
+    Types::TBallbar_Item item;
+    item.name = QStringLiteral("P1");
+    item.sph1 = {10, -20, 0.5};
+    item.sph2 = {510.0123, -20, 0.5};
+    item.sph1_form = 0.0012;
+    item.sph2_form = 0.0009;
+    data.Add_Ballbar(item);
+    item.name = QStringLiteral("A name of %2 and over 20");
+    item.sph2 = {10, 479.9877, 0.5};
+    item.sph2_form = 12345678.5;
+    data.Add_Ballbar(item);
+    item.name = QStringLiteral("two\nlines");
+    item.sph2 = {10, -20, 500.5};
+    data.Add_Ballbar(item);
+    data.Update_Stats();
+
+    const TReport report = Build_Report(data, 0.015, 0.0);
+    const QString rule(71, QLatin1Char('-'));
+    const QStringList lines = {
+        "Measurement Volume",
+        rule,
+        "          Start X:    10.0000 mm",
+        "            End X:   510.0123 mm",
+        "          Range X:   500.0123 mm",
+        "          Start Y:   -20.0000 mm",
+        "            End Y:   479.9877 mm",
+        "          Range Y:   499.9877 mm",
+        "          Start Z:     0.5000 mm",
+        "            End Z:   500.5000 mm",
+        "          Range Z:   500.0000 mm",
+        "",
+        "Measurement Statistics",
+        rule,
+        "Measurement Count:          3",
+        "   Minimum Length:   499.9877",
+        "   Maximum Length:   500.0123",
+        "     Range Length:     0.0246",
+        "      Mean Length:   500.0000",
+        "    Median Length:   500.0000",
+        "    StdDev Length:     0.0123",
+        "        Tolerance:     0.0150",
+        "",
+        "Estimated Range for 99% of Measurements: 0.03690",
+        "Number Outside of Estimated Range: 0",
+        "",
+        "Individual Measurement Results",
+        rule,
+        "",
+        " Position Name          Length    Mean Dev.  Sph1 Form  Sph2 Form",
+        rule,
+        "P1                     500.0123     0.0123     0.0012     0.0009",
+        "A name of %2 and over 20   499.9877    -0.0123     0.0012 12345678.5000",
+        "two lines              500.0000     0.0000     0.0012 12345678.5000",
+    };
+    EXPECT_EQ(report.text.split(QLatin1Char('\n')), lines);
+    EXPECT_EQ(lines.value(report.first_position_line).left(2), QStringLiteral("P1"));
+}
+
+TEST(Report, BandsAreCentredOnTheMidRange)
+{
+    TBallBarData data;
+    Fill(&data, {100, 100, 100, 100.25, 100.5, 101}); // mid-range 100.5, far from the mean
+    const struct
+    {
+        double tolerance, sub_tolerance;
+        std::vector<bool> outside, inside;
+    } rows[] = {
+        {1.0, 0.0, {false, false, false, false, false, false}, {false, false, false, false, false, false}},
+        {0.5, 0.5, {true, true, true, false, false, true}, {false, false, false, true, true, false}},
+        {0.0, 0.0, {true, true, true, true, false, true}, {false, false, false, false, false, false}},
+        {2.0, 1e-6, {false, false, false, false, false, false}, {false, false, false, false, false, false}},
+        {2.0, 1e-5, {false, false, false, false, false, false}, {false, false, false, false, true, false}},
+    };
+    for (const auto& row : rows) {
+        const TReport report = Build_Report(data, row.tolerance, row.sub_tolerance);
+        std::vector<bool> outside;
+        std::vector<bool> inside;
+        for (const TPositionFlags& flags : report.flags) {
+            outside.push_back(flags.outside_tolerance);
+            inside.push_back(flags.inside_sub_tolerance);
+        }
+        EXPECT_EQ(outside, row.outside) << row.tolerance;
+        EXPECT_EQ(inside, row.inside) << row.sub_tolerance;
+    }
+}
+
+TEST(Report, CountsOutsideTheEstimatedRange)
+{
+    TBallBarData data;
+    Fill(&data, {10, 10, 10, 10, 10, 10, 10, 10, 10, 20}); // mean 11, deviation 3.16: 11 +- 4.74
+    EXPECT_THAT(Build_Report(data, 1, 0).text.toStdString(),
+                testing::HasSubstr("Estimated Range for 99% of Measurements: 9.48683\n"
+                                   "Number Outside of Estimated Range: 1\n\n"));
+}
+
+TEST(Report, HistogramBins)
+{
+    const struct
+    {
+        std::vector<double> lengths;
+        std::vector<double> counts;
+    } rows[] = {
+        {{800, 801, 802, 803, 804, 805, 806, 807, 808}, {1, 1, 1, 1, 1, 1, 1, 1, 1}},
+        {{800, 808, 800.5}, {1, 0, 0, 0, 0, 0, 0, 0, 1}}, // a length between two bins counts in neither
+        {{800, 800.25, 800.75, 808}, {2, 1, 0, 0, 0, 0, 0, 0, 1}},
+        {{7, 7}, {}},
+        {{7, 7 + 5e-7}, {}},
+        {{7, 7 + 2e-6}, {1, 0, 0, 0, 0, 0, 0, 0, 1}},
+        {{7}, {}},
+    };
+    TBallBarData data;
+    for (const auto& row : rows) {
+        Fill(&data, row.lengths);
+        const TReport report = Build_Report(data, 0.5, 0.0);
+        EXPECT_EQ(Counts(report.histogram), row.counts);
+        const bool too_small =
+            report.text.endsWith(QStringLiteral("\n\nINF:  There range of the data is too small to graph"));
+        EXPECT_EQ(too_small, row.counts.empty());
+    }
+    EXPECT_TRUE(Build_Report(TBallBarData(), 1, 1).text.isEmpty());
+}
+
+TEST(Report, HistogramPoints)
+{
+    TBallBarData data;
+    Fill(&data, {800, 800, 804, 816});
+    const THistogram histogram = Build_Report(data, 3.0, 0.0).histogram;
+    ASSERT_EQ(histogram.bars.size(), 10U);
+    EXPECT_DOUBLE_EQ(histogram.bars[0].x, 805.0); // the mean, with no count, leads
+    EXPECT_EQ(histogram.bars[0].y, 0.0);
+    EXPECT_DOUBLE_EQ(histogram.bars[1].x, 800.0);
+    EXPECT_DOUBLE_EQ(histogram.bars[9].x, 816.0);
+    std::vector<double> band;
+    for (const TVector2& point : histogram.band)
+        band.insert(band.end(), {point.x, point.y});
+    EXPECT_THAT(band, testing::ElementsAre(806.5, 0, 806.5, 3, 809.5, 3, 809.5, 0));
+}
