@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "machinewidget.h"
+
+#include "numbers.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QToolButton>
+
+namespace
+{
+
+constexpr double shortest_axis = 10.0; // mm
+constexpr int limit_decimals = 3;
+
+/// Reads one axis, bounds in either order.
+void Read_Axis(const QLineEdit* min_edit, const QLineEdit* max_edit, double* minimum, double* maximum)
+{
+    const double a = Decimal_Or(min_edit->text(), 0.0);
+    const double b = Decimal_Or(max_edit->text(), 0.0);
+    *minimum = b > a ? a : b;
+    *maximum = b > a ? b : a;
+    if (*maximum - *minimum < shortest_axis)
+        *maximum = *minimum + shortest_axis;
+}
+
+} // namespace
+
+TMachineWidget::TMachineWidget(QWidget* parent, Qt::WindowFlags flags)
+    : QWidget(parent, flags), d_max_x_edit(new QLineEdit(this)), d_max_y_edit(new QLineEdit(this)),
+      d_max_z_edit(new QLineEdit(this)), d_min_x_edit(new QLineEdit(this)), d_min_y_edit(new QLineEdit(this)),
+      d_min_z_edit(new QLineEdit(this)), d_update_button(new QToolButton(this))
+{
+    const struct
+    {
+        QString label;
+        QLineEdit* field;
+        const char* object_name;
+    } rows[] = {{tr("Min X:"), d_min_x_edit, "min_x"}, {tr("Max X:"), d_max_x_edit, "max_x"},
+                {tr("Min Y:"), d_min_y_edit, "min_y"}, {tr("Max Y:"), d_max_y_edit, "max_y"},
+                {tr("Min Z:"), d_min_z_edit, "min_z"}, {tr("Max Z:"), d_max_z_edit, "max_z"}};
+
+    auto* layout = new QGridLayout(this);
+    layout->setSpacing(4);
+    layout->setContentsMargins(4, 4, 4, 4);
+    QWidget* previous = nullptr;
+    int line = 0;
+    for (const auto& row : rows) {
+        auto* label = new QLabel(row.label, this);
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        label->setBuddy(row.field);
+        row.field->setObjectName(QLatin1String(row.object_name));
+        row.field->setAlignment(Qt::AlignRight);
+        layout->addWidget(label, line, 0);
+        layout->addWidget(row.field, line, 1);
+        layout->addWidget(new QLabel(tr("mm"), this), line, 2);
+        setTabOrder(previous, row.field);
+        previous = row.field;
+        ++line;
+    }
+    d_update_button->setObjectName(QStringLiteral("update"));
+    d_update_button->setText(tr("Update"));
+    d_update_button->setFocusPolicy(Qt::StrongFocus);
+    layout->addWidget(d_update_button, line, 1);
+    setTabOrder(previous, d_update_button);
+    layout->addItem(new QSpacerItem(0, 0, QSizePolicy::Minimum, QSizePolicy::Expanding), line + 1, 1);
+
+    Set_Machine_Dimensions(TDimensions());
+    connect(d_update_button, &QToolButton::clicked, this, &TMachineWidget::Update_Machine);
+}
+
+TMachineWidget::TDimensions TMachineWidget::Machine_Dimensions() const
+{
+    TDimensions dimensions;
+    Read_Axis(d_min_x_edit, d_max_x_edit, &dimensions.x_min, &dimensions.x_max);
+    Read_Axis(d_min_y_edit, d_max_y_edit, &dimensions.y_min, &dimensions.y_max);
+    Read_Axis(d_min_z_edit, d_max_z_edit, &dimensions.z_min, &dimensions.z_max);
+    return dimensions;
+}
+
+void TMachineWidget::Set_Machine_Dimensions(const TDimensions& dimensions)
+{
+    d_min_x_edit->setText(Fixed(dimensions.x_min, limit_decimals));
+    d_max_x_edit->setText(Fixed(dimensions.x_max, limit_decimals));
+    d_min_y_edit->setText(Fixed(dimensions.y_min, limit_decimals));
+    d_max_y_edit->setText(Fixed(dimensions.y_max, limit_decimals));
+    d_min_z_edit->setText(Fixed(dimensions.z_min, limit_decimals));
+    d_max_z_edit->setText(Fixed(dimensions.z_max, limit_decimals));
+}

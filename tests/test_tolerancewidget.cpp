@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+#include "children.h"
+#include "tolerancewidget.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QTest>
+#include <QTextBrowser>
+#include <QTimer>
+#include <QToolButton>
+
+namespace
+{
+
+const QString pink = QStringLiteral("background-color: rgb(255, 151, 160);");
+
+struct ToleranceWidget : testing::Test
+{
+    TToleranceWidget d_panel;
+    QLineEdit& d_expression = Child<QLineEdit>(d_panel, "expression");
+    QToolButton& d_apply = Child<QToolButton>(d_panel, "apply");
+    QSlider& d_slider = Child<QSlider>(d_panel, "sub_tolerance");
+
+    QString Result(const char* name) const { return Child<QLineEdit>(d_panel, name).text(); }
+
+    void Set_Coefficients(double a, double b, double c, double d)
+    {
+        d_panel.d_tolerance_a = a;
+        d_panel.d_tolerance_b = b;
+        d_panel.d_tolerance_c = c;
+        d_panel.d_tolerance_d = d;
+        d_panel.Update();
+    }
+};
+
+} // namespace
+
+TEST_F(ToleranceWidget, Grammar)
+{
+    const struct
+    {
+        QString text;
+        bool valid;
+        double a, b, c, d;
+        double at_2400;
+    } rows[] = {
+        {"0.010", true, 0.01, 0, 0, 0, 0.01},
+        {" 1.0 ", true, 1, 0, 0, 0, 1},
+        {"0.012 + 0.006L/1000", true, 0.012, 0.006, 1000, 0, 0.0264},
+        {"0.010 + 0.020L/1200 | 0.020", true, 0.01, 0.02, 1200, 0.02, 0.02},
+        {"0.010 + 0.020L/1200 | 0.9", true, 0.01, 0.02, 1200, 0.9, 0.05},
+        {"0.01+0.02l/1200", true, 0.01, 0.02, 1200, 0, 0.05},
+        {"0.01 + 0.02 L / 1200", true, 0.01, 0.02, 1200, 0, 0.05},
+        {"0.01  +  0.02L/1200", true, 0.01, 0.02, 1200, 0, 0.05},
+        {"0.01 + 0.02,/1200", true, 0.01, 0.02, 1200, 0, 0.05},
+        {"0.01+0.02L/0.1", true, 0.01, 0.02, 0.1, 0, 0.01},
+        {"0.01+0.02L/123456789", true, 0.01, 0.02, 123456789, 0, 0.01 + 0.02 * 2400 / 123456789},
+        {"0.01+1.0L/0.2|0.5", true, 0.01, 1, 0.2, 0.5, 0.5},
+        {".", true, 0, 0, 0, 0, 0},
+        {"1.2.3", true, 0, 0, 0, 0, 0},
+        {"1.5", false, 1.5, 0, 0, 0, 0},
+        {"0.1+1.1L/1000", false, 0.1, 1.1, 1000, 0, 0},
+        {"0.1+0.1L/1000|1.01", false, 0.1, 0.1, 1000, 1.01, 0},
+        {"-0.01", false, 0, 0, 0, 0, 0},
+        {"1e-3", false, 0, 0, 0, 0, 0},
+        {"0.0123456", false, 0, 0, 0, 0, 0},
+        {"0.01+0.02L/1234567890", false, 0, 0, 0, 0, 0},
+        {"0.01|0.02", false, 0, 0, 0, 0, 0},
+        {"", false, 0, 0, 0, 0, 0},
+        {"0.01+0.02L/1000|0.02|", false, 0, 0, 0, 0, 0},
+        {QString(10000, QLatin1Char('1')), false, 0, 0, 0, 0, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text.left(40).toStdString());
+        Set_Coefficients(0, 0, 0, 0);
+        EXPECT_EQ(d_panel.Analyze_Tolerance(row.text), row.valid);
+        EXPECT_EQ(d_panel.d_tolerance_a, row.a);
+        EXPECT_EQ(d_panel.d_tolerance_b, row.b);
+        EXPECT_EQ(d_panel.d_tolerance_c, row.c);
+        EXPECT_EQ(d_panel.d_tolerance_d, row.d);
+        EXPECT_DOUBLE_EQ(d_panel.Tolerance_Value(2400), row.at_2400);
+    }
+    EXPECT_DOUBLE_EQ(d_panel.Tolerance_Limit_Position(0.010, 0.020, 1200, 0.020), 600);
+    EXPECT_EQ(d_panel.Tolerance_Limit_Position(0.03, 0.020, 1200, 0.020), 0);
+}
+
+TEST_F(ToleranceWidget, ExpressionFromCoefficients)
+{
+    const struct
+    {
+        double a, b, c, d;
+        const char* text;
+        bool valid;
+    } rows[] = {
+        {0.012, 0.006, 1000, 0, "0.0120+0.0060L/1000", true},
+        {0.01, 0.02, 1200.04, 0.02, "0.0100+0.0200L/1200 | 0.0200", true},
+        {0.01, 0, 1000, 0, "0.0100", true},
+        {0.01, 0.02, 1.0, 0, "0.0100", true},
+        {0.01, 0, 0, 0.02, "before", false}, // a limit without a length term is no expression
+        {1.5, 0.006, 1000, 0, "before", false},
+        {-0.5, 0.006, 1000, 0, "before", false},
+        {0.01, 0.006, 1e300, 0, "before", false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text);
+        {
+            const QSignalBlocker blocker(d_expression);
+            d_expression.setText(QStringLiteral("before"));
+        }
+        Set_Coefficients(row.a, row.b, row.c, row.d);
+        EXPECT_EQ(d_expression.text(), QLatin1String(row.text));
+        EXPECT_EQ(d_expression.styleSheet(), row.valid ? QString() : pink);
+        EXPECT_FALSE(d_apply.isEnabled());
+    }
+}
+
+TEST_F(ToleranceWidget, EditingAndApplying)
+{
+    EXPECT_EQ(d_expression.text(), QStringLiteral("0.012 + 0.006L/1000"));
+    Set_Coefficients(0.012, 0.006, 1000, 0);
+    QSignalSpy tolerance_changed(&d_panel, &TToleranceWidget::Tolerance_Changed);
+    QSignalSpy sub_tolerance_changed(&d_panel, &TToleranceWidget::Sub_Tolerance_Changed);
+
+    d_slider.setValue(7);
+    EXPECT_DOUBLE_EQ(d_panel.Sub_Tolerance_Percent(), 0.35);
+    EXPECT_EQ(sub_tolerance_changed.count(), 1);
+
+    d_expression.selectAll();
+    QTest::keyClicks(&d_expression, QStringLiteral("0.02x"));
+    EXPECT_EQ(d_expression.styleSheet(), pink);
+    EXPECT_FALSE(d_apply.isEnabled());
+    EXPECT_EQ(d_panel.Tolerance_Value(1000), 0.0);
+
+    QTest::keyClick(&d_expression, Qt::Key_Backspace);
+    EXPECT_EQ(d_expression.styleSheet(), QString());
+    EXPECT_TRUE(d_apply.isEnabled());
+    EXPECT_EQ(d_panel.Tolerance_Value(1000), 0.02); // follows the text before it is applied
+
+    d_slider.setValue(8);
+    EXPECT_EQ(sub_tolerance_changed.count(), 1);
+    EXPECT_EQ(tolerance_changed.count(), 0);
+    QTest::mouseClick(&d_apply, Qt::LeftButton);
+    EXPECT_EQ(tolerance_changed.count(), 1);
+    EXPECT_FALSE(d_apply.isEnabled());
+}
+
+TEST_F(ToleranceWidget, Results)
+{
+    const QWidget& group = *Child<QLineEdit>(d_panel, "tolerance").parentWidget();
+    EXPECT_FALSE(group.isEnabled());
+    Set_Coefficients(0.012, 0.006, 1000, 0);
+    d_slider.setValue(10);
+    d_panel.Set_Results(0.00456, 1000);
+    EXPECT_TRUE(group.isEnabled());
+    EXPECT_EQ(Result("measured_range"), QStringLiteral("0.0046"));
+    EXPECT_EQ(Result("tolerance"), QStringLiteral("0.0180"));
+    EXPECT_EQ(Result("sub_tolerance_range"), QStringLiteral("0.0090"));
+    d_panel.Enable_Results(false);
+    EXPECT_FALSE(group.isEnabled());
+    for (const char* name : {"measured_range", "tolerance", "sub_tolerance_range"})
+        EXPECT_EQ(Result(name), QString());
+}
+
+TEST_F(ToleranceWidget, Help)
+{
+    QString text;
+    QTimer::singleShot(0, &d_panel, [this, &text] {
+        text = Child<QTextBrowser>(d_panel, "help_text").toPlainText();
+        QTest::mouseClick(&Child<QPushButton>(d_panel, "close"), Qt::LeftButton);
+    });
+    QTest::mouseClick(&Child<QToolButton>(d_panel, "help"), Qt::LeftButton);
+    EXPECT_TRUE(text.contains(QStringLiteral("as a single value.  The tolerance is independent")))
+        << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("Example:  0.010 + 0.020L/1200 | 0.020")));
+}
