@@ -1,0 +1,361 @@
+// SPDX-License-Identifier: MIT
+#include "graphpainter.h"
+
+#include "graphmapping.h"
+
+#include <QLineF>
+#include <QPainter>
+#include <QVector>
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+// The graph is white on every desktop, so its other colours are fixed as well.
+const QColor INK(0x20, 0x20, 0x20);
+const QColor FRAME(0x60, 0x60, 0x60);
+const QColor GRID(0xdc, 0xdc, 0xdc);
+const QColor FINE_GRID(0xf0, 0xf0, 0xf0);
+
+constexpr int TICK_LENGTH = 4;
+constexpr int MARKER = 3; // half the size of crosses and squares
+
+// Pixels further away than this cannot be seen, and whole numbers hold them with ease.
+constexpr double FAR_AWAY = 1 << 20;
+
+int Whole_Pixel(double position)
+{
+    return static_cast<int>(std::clamp(position, -FAR_AWAY, FAR_AWAY));
+}
+
+QPoint Whole_Pixel(const QPointF& position)
+{
+    return {Whole_Pixel(position.x()), Whole_Pixel(position.y())};
+}
+
+bool Is_Drawable(const TVector2& point)
+{
+    return std::isfinite(point.x) && std::isfinite(point.y);
+}
+
+bool Is_Near(const QPointF& position)
+{
+    return std::abs(position.x()) <= FAR_AWAY && std::abs(position.y()) <= FAR_AWAY;
+}
+
+// Narrows the part [first, last] of a segment to where start + part * delta stays within FAR_AWAY.
+bool Clip_Part(double start, double delta, double& first, double& last)
+{
+    if (delta == 0.0)
+        return std::abs(start) <= FAR_AWAY;
+    const double a = (-FAR_AWAY - start) / delta;
+    const double b = (FAR_AWAY - start) / delta;
+    first = std::max(first, std::min(a, b));
+    last = std::min(last, std::max(a, b));
+    return first <= last;
+}
+
+// The segments of a polyline in whole pixels. What runs up and down within one pixel column becomes a single
+// segment: it covers the same pixels. Segments are drawn one by one, for a polyline of the painter loses the
+// tips of some spikes.
+class TPixelLine
+{
+public:
+    TPixelLine(QPainter& painter, bool opaque) : d_painter(painter), d_opaque(opaque) {}
+
+    void Add(const QPointF& position)
+    {
+        if (d_started && !(Is_Near(position) && Is_Near(d_last_position)))
+            Add_Distant(position);
+        else if (Is_Near(position))
+            Append(Whole_Pixel(position));
+        d_last_position = position;
+        d_started = true;
+    }
+
+    /// Draws what was added; the next point starts a new line.
+    void Break()
+    {
+        Draw();
+        d_started = false;
+    }
+
+private:
+    QPainter& d_painter;
+    const bool d_opaque; // with a translucent colour every segment shows
+    QVector<QLine> d_segments;
+    QPointF d_last_position;
+    bool d_started{false};
+
+    // The points in the present pixel column.
+    int d_count{0};
+    QPoint d_last;
+    int d_top{0};
+    int d_bottom{0};
+
+    // Too far away for whole pixels: the part that may be seen keeps its slope.
+    void Add_Distant(const QPointF& position)
+    {
+        Draw();
+        const QPointF delta = position - d_last_position;
+        double first = 0.0;
+        double last = 1.0;
+        if (Clip_Part(d_last_position.x(), delta.x(), first, last) &&
+            Clip_Part(d_last_position.y(), delta.y(), first, last))
+            d_painter.drawLine(Whole_Pixel(d_last_position + first * delta),
+                               Whole_Pixel(d_last_position + last * delta));
+        if (Is_Near(position))
+            Append(Whole_Pixel(position));
+    }
+
+    void Append(const QPoint& pixel)
+    {
+        if (d_opaque && d_count > 0 && pixel.x() == d_last.x()) {
+            d_top = std::min(d_top, pixel.y());
+            d_bottom = std::max(d_bottom, pixel.y());
+            ++d_count;
+        } else {
+            const bool joined = d_count > 0;
+            Close_Column();
+            if (joined)
+                d_segments.append({d_last, pixel});
+            d_top = d_bottom = pixel.y();
+            d_count = 1;
+        }
+        d_last = pixel;
+    }
+
+    void Close_Column()
+    {
+        if (d_count > 1)
+            d_segments.append({d_last.x(), d_top, d_last.x(), d_bottom});
+        d_count = 0;
+    }
+
+    void Draw()
+    {
+        Close_Column();
+        d_painter.drawLines(d_segments);
+        d_segments.clear();
+    }
+};
+
+// The pixels of all points whose markers reach into `graph`; each but once, unless a translucent colour makes
+// markers on top of each other visible.
+std::vector<QPoint> Marker_Pixels(const TGraphMapping& mapping, const std::vector<TVector2>& points,
+                                  const QRect& graph, bool opaque)
+{
+    const QRect area = graph.adjusted(-MARKER, -MARKER, MARKER, MARKER);
+    std::vector<QPoint> pixels;
+    if (!graph.isValid())
+        return pixels;
+    std::vector<char> taken(static_cast<size_t>(area.width()) * static_cast<size_t>(area.height()), 0);
+    for (const TVector2& point : points) {
+        if (!Is_Drawable(point))
+            continue;
+        const QPoint pixel = Whole_Pixel(mapping.Position(point));
+        if (!area.contains(pixel))
+            continue;
+        char& seen = taken[static_cast<size_t>(pixel.y() - area.top()) * static_cast<size_t>(area.width()) +
+                           static_cast<size_t>(pixel.x() - area.left())];
+        if (seen == 0 || !opaque)
+            pixels.push_back(pixel);
+        seen = 1;
+    }
+    return pixels;
+}
+
+bool Is_Opaque(const QColor& color)
+{
+    return color.alpha() == 255;
+}
+
+// Start of a piece of `length` centred on `centre`, moved as little as needed to stay within low to high.
+int Start_Within(int centre, int length, int low, int high)
+{
+    return std::max(low, std::min(centre - length / 2, high - length));
+}
+
+// One line of text along a band, over `centre` as far as the ends of the band allow.
+void Draw_Title(QPainter& painter, const QRect& band, int centre, const QString& title)
+{
+    const QFontMetrics metrics = painter.fontMetrics();
+    const QString text = metrics.elidedText(title, Qt::ElideRight, band.width());
+    const int width = metrics.horizontalAdvance(text);
+    const int left = Start_Within(centre, width, band.left(), band.right() + 1);
+    painter.drawText(QRect(left, band.top(), width, band.height()), Qt::AlignCenter | Qt::TextDontClip, text);
+}
+
+void Draw_Titles(QPainter& painter, const TGraphLayout& layout, const TGraphLegend& legend)
+{
+    const int middle = layout.graph.center().x();
+
+    QRect bottom = layout.horizontal_title;
+    bottom.setLeft(legend.cursor_text_width);
+    bottom.setRight(layout.widget.right());
+    Draw_Title(painter, bottom, middle, legend.horizontal_title);
+
+    painter.save();
+    QFont bold = painter.font();
+    bold.setBold(true);
+    painter.setFont(bold);
+    Draw_Title(painter, layout.graph_title, middle, legend.graph_title);
+    painter.restore();
+
+    // Turned to the left: along the band runs upwards from the bottom end.
+    painter.save();
+    painter.rotate(-90.0);
+    const int end = layout.vertical_labels.bottom() + 1;
+    const QRect upwards(-end, layout.vertical_title.left(), end, layout.vertical_title.width());
+    Draw_Title(painter, upwards, -layout.graph.center().y(), legend.vertical_title);
+    painter.restore();
+}
+
+void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout,
+                           const std::vector<TGraphTick>& ticks)
+{
+    const QRect& row = layout.horizontal_labels;
+    const int frame = layout.graph.bottom() + 1;
+    for (const TGraphTick& tick : ticks) {
+        const int x = qRound(tick.pixel);
+        painter.setPen(tick.label.isEmpty() ? FINE_GRID : GRID);
+        painter.drawLine(x, layout.graph.top(), x, layout.graph.bottom());
+        if (tick.label.isEmpty())
+            continue;
+        painter.setPen(FRAME);
+        painter.drawLine(x, frame, x, frame + TICK_LENGTH);
+        const int width = painter.fontMetrics().horizontalAdvance(tick.label);
+        const QRect room(x - width / 2, frame + TICK_LENGTH, width, row.bottom() - frame - TICK_LENGTH);
+        if (room.left() < row.left() || room.right() > row.right())
+            continue;
+        painter.setPen(INK);
+        painter.drawText(room, Qt::AlignHCenter | Qt::AlignTop | Qt::TextDontClip, tick.label);
+    }
+}
+
+void Draw_Vertical_Ticks(QPainter& painter, const TGraphLayout& layout, const std::vector<TGraphTick>& ticks)
+{
+    const QRect& column = layout.vertical_labels;
+    const int frame = layout.graph.left() - 1;
+    const int height = painter.fontMetrics().height();
+    for (const TGraphTick& tick : ticks) {
+        const int y = qRound(tick.pixel);
+        painter.setPen(tick.label.isEmpty() ? FINE_GRID : GRID);
+        painter.drawLine(layout.graph.left(), y, layout.graph.right(), y);
+        if (tick.label.isEmpty())
+            continue;
+        painter.setPen(FRAME);
+        painter.drawLine(frame - TICK_LENGTH, y, frame, y);
+        painter.setPen(INK);
+        Draw_Fitted_Text(painter, QRect(column.left(), y - height / 2, column.width(), height),
+                         Qt::AlignRight | Qt::AlignVCenter, tick.label);
+    }
+}
+
+} // namespace
+
+TGraphLayout Graph_Layout(const QSize& size, int line_height)
+{
+    const int h = line_height;
+    const int width = size.width();
+    const int height = size.height();
+    TGraphLayout layout;
+    layout.graph.setCoords(7 * h, 2 * h, width - 2 * h, height - 4 * h);
+    layout.vertical_labels.setCoords(2 * h, 0, 6 * h, height - 2 * h);
+    layout.vertical_title.setCoords(0, 2 * h, 2 * h, height - 4 * h);
+    layout.horizontal_labels.setCoords(6 * h, height - 4 * h, width, height - 2 * h);
+    layout.horizontal_title.setCoords(7 * h, height - 2 * h, width - 2 * h, height);
+    layout.graph_title.setCoords(7 * h, 0, width, 2 * h);
+    layout.widget.setCoords(0, 0, width - 1, height - 1);
+    return layout;
+}
+
+void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGraphMapping& mapping,
+                       const TGraphLegend& legend)
+{
+    if (!layout.graph.isValid())
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    // Some ten lines in a high graph; in a low pane as many labels as find room.
+    const double line = legend.vertical.cell.height();
+    const double vertical_spacing = std::clamp(layout.graph.height() / 10.0, line * 1.1, line * 3.0);
+    Draw_Vertical_Ticks(painter, layout, Graph_Ticks(mapping.d_vertical, legend.vertical, vertical_spacing));
+    Draw_Horizontal_Ticks(
+        painter, layout,
+        Graph_Ticks(mapping.d_horizontal, legend.horizontal, legend.horizontal.cell.width()));
+
+    // Just outside the plotting area, where no data can hide it.
+    painter.setPen(FRAME);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(layout.graph.adjusted(-1, -1, 0, 0));
+
+    painter.setPen(INK);
+    Draw_Titles(painter, layout, legend);
+    painter.restore();
+}
+
+void Draw_Fitted_Text(QPainter& painter, const QRect& room, int alignment, const QString& text)
+{
+    const int width = painter.fontMetrics().horizontalAdvance(text);
+    painter.save();
+    painter.setPen(INK);
+    if (width > room.width()) {
+        QFont smaller = painter.font();
+        smaller.setPixelSize(std::max(1, QFontInfo(smaller).pixelSize() * room.width() / width));
+        painter.setFont(smaller);
+    }
+    painter.drawText(room, alignment | Qt::TextSingleLine | Qt::TextDontClip, text);
+    painter.restore();
+}
+
+void Draw_Graph_Line(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
+                     const QColor& color)
+{
+    painter.setPen(color);
+    TPixelLine line(painter, Is_Opaque(color));
+    for (const TVector2& point : points) {
+        if (Is_Drawable(point))
+            line.Add(mapping.Position(point));
+        else
+            line.Break();
+    }
+    line.Break();
+}
+
+void Draw_Graph_Bars(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
+                     const QColor& color, int half_width)
+{
+    const int zero_row = Whole_Pixel(mapping.d_vertical.Position(0.0));
+    for (const TVector2& point : points) {
+        if (!Is_Drawable(point))
+            continue;
+        const QPoint pixel = Whole_Pixel(mapping.Position(point));
+        if (pixel.y() == zero_row)
+            continue;
+        const int top = std::min(pixel.y(), zero_row - 1);
+        const int bottom = std::max(pixel.y(), zero_row - 1);
+        painter.fillRect(QRect(pixel.x() - half_width, top, 2 * half_width, bottom - top + 1), color);
+    }
+}
+
+void Draw_Graph_Crosses(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
+                        const QColor& color, const QRect& graph)
+{
+    QVector<QLine> strokes;
+    for (const QPoint& p : Marker_Pixels(mapping, points, graph, Is_Opaque(color))) {
+        strokes.append({p.x() - MARKER, p.y() - MARKER, p.x() + MARKER, p.y() + MARKER});
+        strokes.append({p.x() - MARKER, p.y() + MARKER, p.x() + MARKER, p.y() - MARKER});
+    }
+    painter.setPen(color);
+    painter.drawLines(strokes);
+}
+
+void Draw_Graph_Squares(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
+                        const QColor& color, const QRect& graph)
+{
+    for (const QPoint& p : Marker_Pixels(mapping, points, graph, Is_Opaque(color)))
+        painter.fillRect(p.x() - MARKER, p.y() - MARKER, 2 * MARKER, 2 * MARKER, color);
+}

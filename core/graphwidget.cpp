@@ -1,0 +1,468 @@
+// SPDX-License-Identifier: MIT
+#include "graphwidget.h"
+
+#include "numbers.h"
+
+#include <QEvent>
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cassert>
+
+namespace
+{
+
+constexpr double DEFAULT_SCALE_MINIMUM = 5e-05;
+
+QString Cursor_Text(const TVector2& value)
+{
+    return QStringLiteral("%1,   %2").arg(Fixed(value.x, 5), Fixed(value.y, 5));
+}
+
+// The style that a set is drawn in.
+int Resolved_Type(int type, int default_type)
+{
+    if (type != TGraphWidget::GRAPH_DEFAULT)
+        return type;
+    return default_type == TGraphWidget::GRAPH_DEFAULT ? TGraphWidget::GRAPH_LINE : default_type;
+}
+
+// From the first to the last corner, also where the last one is the smaller.
+QRectF Edges(const QRect& rect)
+{
+    return QRectF(QPointF(rect.topLeft()), QPointF(rect.bottomRight()));
+}
+
+void Measure_Cell(TGraphLabelFormat& format, const QPainter& painter)
+{
+    format.cell = painter.fontMetrics().size(0, format.Label(-0.5)).expandedTo(QSize(1, 1));
+}
+
+} // namespace
+
+TGraphWidget::TGraphWidget(QWidget* parent, Qt::WindowFlags flags)
+    : QWidget(parent, flags), d_vertical_title(tr("V Title")), d_horizontal_title(tr("H Title")),
+      d_graph_title(tr("Sample Graph")), d_cursor_position_text(Cursor_Text({0.0, 0.0})),
+      d_y_scale_minimum(DEFAULT_SCALE_MINIMUM)
+{
+    setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+int TGraphWidget::CreateDataSet(const QColor& color, TGraphType type)
+{
+    d_data_sets.push_back({{}, color, type});
+    return static_cast<int>(d_data_sets.size()) - 1;
+}
+
+// Sets and points are numbered by int throughout.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wsign-conversion"
+
+bool TGraphWidget::AddPoint(int set, const TVector2& point)
+{
+    assert(set < static_cast<int>(d_data_sets.size()));
+    d_data_sets[set].dataset_points.push_back(point);
+    return true;
+}
+
+bool TGraphWidget::AddPoints(int set, const std::vector<TVector2>& points)
+{
+    assert(set < static_cast<int>(d_data_sets.size()));
+    std::vector<TVector2>& all = d_data_sets[set].dataset_points;
+    all.insert(all.end(), points.begin(), points.end());
+    return true;
+}
+
+bool TGraphWidget::SetPoints(int set, const std::vector<TVector2>& points)
+{
+    assert(set < static_cast<int>(d_data_sets.size()));
+    d_data_sets[set].dataset_points = points;
+    return true;
+}
+
+bool TGraphWidget::ModifyPoint(int set, int index, const TVector2& point)
+{
+    assert(set < static_cast<int>(d_data_sets.size()));
+    assert(index < static_cast<int>(d_data_sets[set].dataset_points.size()));
+    d_data_sets[set].dataset_points[index] = point;
+    return true;
+}
+
+bool TGraphWidget::DeletePoint(int set, int index)
+{
+    assert(set < static_cast<int>(d_data_sets.size()));
+    assert(index < static_cast<int>(d_data_sets[set].dataset_points.size()));
+    d_data_sets[set].dataset_points.erase(d_data_sets[set].dataset_points.begin() + index);
+    return true;
+}
+
+bool TGraphWidget::DeletePoints(int set)
+{
+    assert(set < static_cast<int>(d_data_sets.size()));
+    d_data_sets[set].dataset_points.clear();
+    return true;
+}
+
+bool TGraphWidget::DeleteDataSet(int index)
+{
+    assert(index < static_cast<int>(d_data_sets.size()));
+    d_data_sets.erase(d_data_sets.begin() + index);
+    return true;
+}
+
+void TGraphWidget::DeleteDataSets()
+{
+    d_data_sets.clear();
+}
+
+TVector2 TGraphWidget::GetPoint(int set, int index) const
+{
+    assert(set < static_cast<int>(d_data_sets.size()));
+    assert(index < static_cast<int>(d_data_sets[set].dataset_points.size()));
+    return d_data_sets[set].dataset_points[index];
+}
+
+int TGraphWidget::DataSetSize(int set) const
+{
+    assert(set < static_cast<int>(d_data_sets.size()));
+    return static_cast<int>(d_data_sets[set].dataset_points.size());
+}
+
+#pragma GCC diagnostic pop
+
+void TGraphWidget::SetScaleMinimumY(const double& minimum, bool symmetric)
+{
+    d_y_scale_minimum = minimum > 0.0 ? minimum : DEFAULT_SCALE_MINIMUM;
+    d_y_scale_symmetric = symmetric;
+}
+
+void TGraphWidget::EnableYIncludesZero(bool state)
+{
+    d_y_includes_zero = state;
+}
+
+void TGraphWidget::ScaleToFit()
+{
+    d_scale_to_fit = true;
+    update();
+}
+
+void TGraphWidget::ZoomOut()
+{
+    d_zoom_out = true;
+    update();
+}
+
+void TGraphWidget::UpdateGraph()
+{
+    Draw_Background_Pixmap();
+    update();
+}
+
+void TGraphWidget::Update_Viewport_To_Data()
+{
+    TGraphScaling scaling;
+    scaling.horizontal_type = d_horizontal_scale_type;
+    scaling.vertical_type = d_vertical_scale_type;
+    scaling.bars = d_default_graph_type == GRAPH_BAR;
+    scaling.y_includes_zero = d_y_includes_zero;
+    scaling.y_symmetric = d_y_scale_symmetric;
+    scaling.lock_aspect = d_lock_aspect;
+    scaling.y_minimum = d_y_scale_minimum;
+
+    TGraphRange range;
+    for (const TDataSet& set : d_data_sets)
+        range.Add(set.dataset_points);
+    d_mapping.Fit_To_Data(range, scaling, d_layout.graph);
+}
+
+void TGraphWidget::Update_Viewport_To_Rect(const QRect& rect)
+{
+    d_mapping.Fit_To_Rect(Edges(rect));
+}
+
+double TGraphWidget::Calculate_Log10_Position_Horizontal(double value) const
+{
+    return d_mapping.d_horizontal.Log10_Position(value);
+}
+
+double TGraphWidget::Calculate_Log10_Position_Vertical(double value) const
+{
+    return d_mapping.d_vertical.Log10_Position(value);
+}
+
+double TGraphWidget::Calculate_Log10_Value_Horizontal(double pixel) const
+{
+    return d_mapping.d_horizontal.Log10_Value(pixel);
+}
+
+double TGraphWidget::Calculate_Log10_Value_Vertical(double pixel) const
+{
+    return d_mapping.d_vertical.Log10_Value(pixel);
+}
+
+double TGraphWidget::Forward_Log10_Position_Horizontal(double pixel) const
+{
+    return d_mapping.d_horizontal.Forward_Log10(pixel);
+}
+
+double TGraphWidget::Forward_Log10_Position_Vertical(double pixel) const
+{
+    return d_mapping.d_vertical.Forward_Log10(pixel);
+}
+
+double TGraphWidget::Reverse_Log10_Position_Horizontal(double pixel) const
+{
+    return d_mapping.d_horizontal.Reverse_Log10(pixel);
+}
+
+double TGraphWidget::Reverse_Log10_Position_Vertical(double pixel) const
+{
+    return d_mapping.d_vertical.Reverse_Log10(pixel);
+}
+
+void TGraphWidget::Calculate_Legend_Display_Precision(const QPainter& painter)
+{
+    const TVector2 low = d_mapping.Value(d_layout.graph.bottomLeft());
+    const TVector2 high = d_mapping.Value(d_layout.graph.topRight());
+    d_horizontal_format =
+        Graph_Label_Format(QStringLiteral("  %1  "), d_horizontal_scale_type, low.x, high.x, 8);
+    d_vertical_format = Graph_Label_Format(QStringLiteral("  %1"), d_vertical_scale_type, low.y, high.y, 6);
+    Measure_Cell(d_horizontal_format, painter);
+    Measure_Cell(d_vertical_format, painter);
+}
+
+void TGraphWidget::Draw(QPainter& painter, const QSize& size)
+{
+    const TGraphLayout layout = d_layout;
+    const TGraphMapping mapping = d_mapping;
+    const TGraphLabelFormat horizontal_format = d_horizontal_format;
+    const TGraphLabelFormat vertical_format = d_vertical_format;
+
+    d_layout = Graph_Layout(size, painter.fontMetrics().height());
+    const bool never_shown = !layout.widget.isValid();
+    if (d_direct_render || d_scale_to_fit || never_shown)
+        Update_Viewport_To_Data();
+    else
+        d_mapping = mapping.Moved_To(d_layout.graph);
+    painter.fillRect(d_layout.widget, Qt::white);
+    Draw_Legend(painter);
+    Draw_Data(painter);
+
+    d_layout = layout;
+    d_mapping = mapping;
+    d_horizontal_format = horizontal_format;
+    d_vertical_format = vertical_format;
+}
+
+bool TGraphWidget::Paint_To(QPaintDevice* device)
+{
+    QPainter painter;
+    if (!painter.begin(device))
+        return false;
+    // Letters sized in pixels follow the painter's scale; sized in points, they would be scaled twice.
+    QFont pixel_font = font();
+    pixel_font.setPixelSize(QFontInfo(font()).pixelSize());
+    painter.setFont(pixel_font);
+
+    const double scale = static_cast<double>(device->logicalDpiX()) / logicalDpiX();
+    QSize room(qRound(device->width() / scale), qRound(device->height() / scale));
+    if (room.isEmpty())
+        room = size();
+    painter.scale(scale, scale);
+    Draw(painter, room);
+    return painter.end();
+}
+
+bool TGraphWidget::GenerateRGBColor(int index, int* red, int* green, int* blue)
+{
+    static constexpr int color_intensity_table[]{255, 128, 192, 64,  160, 224, 96, 32, 144,
+                                                 112, 176, 80,  208, 48,  240, 16, 0};
+    static constexpr int enable_color_table[6][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1},
+                                                     {1, 1, 0}, {0, 1, 1}, {1, 0, 1}};
+    if (index > 96) {
+        *red = *green = *blue = 0;
+        return false;
+    }
+    const int intensity = color_intensity_table[index / 6];
+    const int* enabled = enable_color_table[index % 6];
+    *red = enabled[0] * intensity;
+    *green = enabled[1] * intensity / 2; // a full green is hard to see on white
+    *blue = enabled[2] * intensity;
+    return true;
+}
+
+void TGraphWidget::paintEvent(QPaintEvent* event)
+{
+    QPainter painter;
+    if (d_direct_render) {
+        painter.begin(this);
+        painter.fillRect(rect(), Qt::white);
+        Update_Viewport_To_Data();
+        Draw_Legend(painter);
+        Draw_Data(painter);
+    } else {
+        if (d_scale_to_fit || d_zoom_out) {
+            Answer_Requests();
+            if (!event->rect().contains(rect()))
+                update();
+        }
+        painter.begin(this);
+        painter.drawPixmap(0, 0, d_background);
+    }
+    if (d_show_cursor_position)
+        Draw_Cursor_Text(painter);
+}
+
+void TGraphWidget::resizeEvent(QResizeEvent*)
+{
+    Update_Layout();
+}
+
+void TGraphWidget::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        Update_Layout();
+        update();
+    }
+}
+
+void TGraphWidget::Update_Layout()
+{
+    d_layout = Graph_Layout(size(), fontMetrics().height());
+    Draw_Background_Pixmap();
+}
+
+void TGraphWidget::Draw_Background_Pixmap()
+{
+    if (!d_layout.widget.isValid()) {
+        d_background = QPixmap();
+        return;
+    }
+    Update_Viewport_To_Data();
+    Render_Background();
+}
+
+void TGraphWidget::Zoom_Background_Pixmap(const QRect& rect)
+{
+    if (d_background.isNull())
+        return;
+    d_mapping.Fit_To_Rect(Linear_Rect(rect));
+    Render_Background();
+}
+
+void TGraphWidget::Render_Background()
+{
+    d_background = QPixmap(size() * devicePixelRatioF());
+    d_background.setDevicePixelRatio(devicePixelRatioF());
+    d_background.fill(Qt::white);
+    QPainter painter(&d_background);
+    painter.setFont(font());
+    Draw_Legend(painter);
+    Draw_Data(painter);
+}
+
+void TGraphWidget::Answer_Requests()
+{
+    if (d_scale_to_fit)
+        Draw_Background_Pixmap();
+    if (d_zoom_out) {
+        QRect view(QPoint(), d_layout.graph.size() * 2);
+        view.moveCenter(d_layout.graph.center());
+        Zoom_Background_Pixmap(view);
+    }
+    d_scale_to_fit = false;
+    d_zoom_out = false;
+}
+
+// Where the values that a logarithmic axis shows at the edges of `rect` stand on a linear one.
+QRectF TGraphWidget::Linear_Rect(const QRect& rect) const
+{
+    QRectF linear = Edges(rect);
+    if (d_mapping.d_horizontal.d_logarithmic) {
+        linear.setLeft(Reverse_Log10_Position_Horizontal(linear.left()));
+        linear.setRight(Reverse_Log10_Position_Horizontal(rect.right()));
+    }
+    if (d_mapping.d_vertical.d_logarithmic) {
+        linear.setTop(Reverse_Log10_Position_Vertical(linear.top()));
+        linear.setBottom(Reverse_Log10_Position_Vertical(rect.bottom()));
+    }
+    return linear;
+}
+
+// Room for the text at every corner of the view, but at most half of the width.
+int TGraphWidget::Cursor_Text_Width(const QPainter& painter) const
+{
+    const QRect& graph = d_layout.graph;
+    int width = 0;
+    for (const QPoint& corner :
+         {graph.topLeft(), graph.topRight(), graph.bottomLeft(), graph.bottomRight()}) {
+        const QString text =
+            QStringLiteral("  ") + Cursor_Text(d_mapping.Value(corner)) + QStringLiteral("  ");
+        width = std::max(width, painter.fontMetrics().horizontalAdvance(text));
+    }
+    return std::min(width, d_layout.widget.width() / 2);
+}
+
+void TGraphWidget::Draw_Legend(QPainter& painter)
+{
+    Calculate_Legend_Display_Precision(painter);
+    TGraphLegend legend;
+    legend.vertical_title = d_vertical_title;
+    legend.horizontal_title = d_horizontal_title;
+    legend.graph_title = d_graph_title;
+    legend.horizontal = d_horizontal_format;
+    legend.vertical = d_vertical_format;
+    legend.cursor_text_width = d_show_cursor_position ? Cursor_Text_Width(painter) : 0;
+    Draw_Graph_Legend(painter, d_layout, d_mapping, legend);
+}
+
+void TGraphWidget::Draw_Data(QPainter& painter) const
+{
+    if (!d_layout.graph.isValid())
+        return;
+    painter.save();
+    painter.setClipRect(d_layout.graph, Qt::IntersectClip);
+    for (const TDataSet& set : d_data_sets)
+        Draw_Data_Set(painter, set);
+    painter.restore();
+}
+
+void TGraphWidget::Draw_Data_Set(QPainter& painter, const TDataSet& set) const
+{
+    const std::vector<TVector2>& points = set.dataset_points;
+    if (points.empty())
+        return;
+    switch (Resolved_Type(set.dataset_type, d_default_graph_type)) {
+    case GRAPH_LINE:
+        Draw_Graph_Line(painter, d_mapping, points, set.dataset_color);
+        break;
+    case GRAPH_BAR: {
+        const int parts = d_horizontal_scale_type == GRAPH_SCALE_LOG10 ? 4 : 2;
+        const int room = d_layout.graph.width() / (parts * static_cast<int>(points.size()));
+        Draw_Graph_Bars(painter, d_mapping, points, set.dataset_color, std::max(1, room - 1));
+        break;
+    }
+    case GRAPH_CROSS:
+        Draw_Graph_Crosses(painter, d_mapping, points, set.dataset_color, d_layout.graph);
+        break;
+    case GRAPH_POINT:
+        Draw_Graph_Squares(painter, d_mapping, points, set.dataset_color, d_layout.graph);
+        break;
+    default:
+        break;
+    }
+}
+
+void TGraphWidget::Draw_Cursor_Text(QPainter& painter) const
+{
+    if (!d_layout.graph.isValid())
+        return;
+    const int margin = painter.fontMetrics().horizontalAdvance(QStringLiteral("  "));
+    const QRect& row = d_layout.horizontal_title;
+    const QRect room(margin, row.top(), Cursor_Text_Width(painter) - 2 * margin, row.height());
+    Draw_Fitted_Text(painter, room, Qt::AlignLeft | Qt::AlignVCenter, d_cursor_position_text);
+}

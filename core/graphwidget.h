@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "graphmapping.h"
+#include "graphpainter.h"
+#include "vector2.h"
+
+#include <QColor>
+#include <QPixmap>
+#include <QString>
+#include <QWidget>
+
+#include <vector>
+
+/// Plots any number of data sets as lines, bars or markers over linear or logarithmic axes.
+///
+/// The graph does not follow changes of its data or of its public members by itself: call ScaleToFit() or
+/// UpdateGraph() after them.
+class TGraphWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Style of a data set.
+    enum TGraphType : int
+    {
+        GRAPH_DEFAULT = 0, ///< that of the widget
+        GRAPH_LINE = 1,    ///< a polyline through the points in their order
+        GRAPH_BAR = 2,     ///< bars from the points to y = 0, sized for evenly spaced points
+        GRAPH_CROSS = 3,
+        GRAPH_POINT = 4 ///< filled squares
+    };
+
+    struct TDataSet
+    {
+        std::vector<TVector2> dataset_points; ///< data units, in insertion order
+        QColor dataset_color;
+        TGraphType dataset_type{GRAPH_DEFAULT};
+    };
+
+    QString d_vertical_title;
+    QString d_horizontal_title;
+    QString d_graph_title;
+
+    int d_default_graph_type{GRAPH_LINE};            ///< a TGraphType
+    int d_horizontal_scale_type{GRAPH_SCALE_MARGIN}; ///< a TGraphScale
+    int d_vertical_scale_type{GRAPH_SCALE_MARGIN};   ///< a TGraphScale
+
+    /// Every paint shows all the data and zooming shows no effect. Otherwise legend and data are kept in a
+    /// picture that is painted from.
+    bool d_direct_render{false};
+
+    bool d_lock_aspect{false}; ///< as many data units per pixel on both axes
+    bool d_show_cursor_position{true};
+
+    explicit TGraphWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+
+    /// @name Data
+    /// Sets and points are addressed by their positions from 0; one past the end is a programming error
+    /// (assertion). What can only succeed returns true.
+    /// @{
+
+    /// Appends an empty data set and returns its index.
+    int CreateDataSet(const QColor& color, TGraphType type);
+    bool AddPoint(int set, const TVector2& point);
+    bool AddPoints(int set, const std::vector<TVector2>& points);
+    bool SetPoints(int set, const std::vector<TVector2>& points);
+    bool ModifyPoint(int set, int index, const TVector2& point);
+    bool DeletePoint(int set, int index);
+    bool DeletePoints(int set);
+    bool DeleteDataSet(int index);
+    void DeleteDataSets();
+    TVector2 GetPoint(int set, int index) const;
+    int DataSetSize(int set) const;
+    /// @}
+
+    /// The smallest upper end of y where y includes zero (5e-05 unless `minimum` is above 0); with
+    /// `symmetric` its negative is the largest lower end.
+    void SetScaleMinimumY(const double& minimum, bool symmetric);
+    void EnableYIncludesZero(bool state);
+
+    /// Shows all the data from the next paint on.
+    void ScaleToFit();
+
+    /// Shows twice as much on both axes, about the middle of the view, from the next paint on.
+    void ZoomOut();
+
+    /// Shows all the data after a change.
+    void UpdateGraph();
+
+    /// Sets the mapping so that the plotting area shows all the data.
+    void Update_Viewport_To_Data();
+
+    /// Sets the mapping so that the plotting area shows what the linear axes show within `rect` (pixels).
+    void Update_Viewport_To_Rect(const QRect& rect);
+
+    /// The mapping and the rectangles of the last layout.
+    const TGraphMapping& Mapping() const { return d_mapping; }
+    const TGraphLayout& Layout() const { return d_layout; }
+
+    /// @name Logarithmic axes
+    /// Value to pixel and back, and from the pixels of the linear axis of the same range to those of the
+    /// logarithmic one (forward) and back (reverse).
+    /// @{
+    double Calculate_Log10_Position_Horizontal(double value) const;
+    double Calculate_Log10_Position_Vertical(double value) const;
+    double Calculate_Log10_Value_Horizontal(double pixel) const;
+    double Calculate_Log10_Value_Vertical(double pixel) const;
+    double Forward_Log10_Position_Horizontal(double pixel) const;
+    double Forward_Log10_Position_Vertical(double pixel) const;
+    double Reverse_Log10_Position_Horizontal(double pixel) const;
+    double Reverse_Log10_Position_Vertical(double pixel) const;
+    /// @}
+
+    /// Sets field width, decimals and room of the tick labels for the present view, measured with the font
+    /// of `painter`.
+    void Calculate_Legend_Display_Precision(const QPainter& painter);
+    const TGraphLabelFormat& Horizontal_Label_Format() const { return d_horizontal_format; }
+    const TGraphLabelFormat& Vertical_Label_Format() const { return d_vertical_format; }
+
+    /// Draws the present view as a picture of `size` pixels at the origin of `painter`.
+    void Draw(QPainter& painter, const QSize& size);
+
+    /// Draws the present view over all of `device` (picture, image, SVG, PDF): letters and lines are as large
+    /// as on the screen. A device that has no size of its own gets the size of the widget. False where the
+    /// device cannot be painted on.
+    bool Paint_To(QPaintDevice* device);
+
+    /// The `index`-th of 96 colours that tell data sets apart. False and black beyond; the 97th is black too.
+    static bool GenerateRGBColor(int index, int* red, int* green, int* blue);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    std::vector<TDataSet> d_data_sets;
+    TGraphMapping d_mapping;
+    TGraphLayout d_layout;
+    TGraphLabelFormat d_horizontal_format;
+    TGraphLabelFormat d_vertical_format;
+    QPixmap d_background; // legend and data as last drawn
+    QString d_cursor_position_text;
+
+    bool d_y_includes_zero{true};
+    bool d_y_scale_symmetric{true};
+    double d_y_scale_minimum{5e-05};
+    bool d_scale_to_fit{false};
+    bool d_zoom_out{false};
+
+    void Update_Layout();
+    void Draw_Background_Pixmap();
+    void Zoom_Background_Pixmap(const QRect& rect);
+    void Render_Background();
+    void Answer_Requests();
+    QRectF Linear_Rect(const QRect& rect) const;
+
+    int Cursor_Text_Width(const QPainter& painter) const;
+    void Draw_Legend(QPainter& painter);
+    void Draw_Data(QPainter& painter) const;
+    void Draw_Data_Set(QPainter& painter, const TDataSet& set) const;
+    void Draw_Cursor_Text(QPainter& painter) const;
+};
