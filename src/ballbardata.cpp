@@ -142,13 +142,14 @@ bool Parse_Line(std::string_view line, const TFormat& format, Types::TBallbar_It
     return Is_Measurable(*item);
 }
 
-/// The most positions that `text` can hold: each takes a line and its commas. Reserving that many at once
-/// keeps a large file from being held twice while the list grows.
+/// The most positions that `text` can hold, by its commas. Reserving that many at once keeps a large set
+/// from being held twice while the list grows.
 size_t Position_Limit(std::string_view text, size_t field_count)
 {
-    const auto lines = static_cast<size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
-    const auto commas = static_cast<size_t>(std::count(text.begin(), text.end(), ','));
-    return std::min(lines, commas / (field_count - 1));
+    unsigned commas = 0; // files are smaller than its range
+    for (const char c : text)
+        commas += c == ',';
+    return commas / (field_count - 1);
 }
 
 void Parse_Lines(const QByteArray& contents, const TFormat& format, std::vector<Types::TBallbar_Item>* items)
@@ -277,11 +278,14 @@ TVector3 TBallBarData::Volume_Corner_Max() const
 TBallBarData::TFileEncoding TBallBarData::DetermineFileEncoding(const QByteArray& contents) const
 {
     // As signed characters all bytes from 128 on are negative: accented letters are refused like controls.
-    const auto is_text = [](char byte) {
+    // Without branches the loop takes many bytes at a time.
+    unsigned refused = 0;
+    for (const char byte : contents) {
         const auto c = static_cast<signed char>(byte);
-        return c > 31 || (c >= 9 && c <= 11) || c == 13;
-    };
-    return std::all_of(contents.begin(), contents.end(), is_text) ? ENCODING_ASCII : ENCODING_BINARY;
+        refused |=
+            unsigned(c < 32) & unsigned(c != 9) & unsigned(c != 10) & unsigned(c != 11) & unsigned(c != 13);
+    }
+    return refused == 0 ? ENCODING_ASCII : ENCODING_BINARY;
 }
 
 TBallBarData::TFileContents TBallBarData::DetermineAsciiFileContents(const QByteArray& contents) const
