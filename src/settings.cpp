@@ -61,6 +61,10 @@ TSettings TSettings::Read(const QSettings& store)
     ::Read(store, "Mainwindow_Size", &settings.size);
     Read_Height(store, "Graphic_Window_Height", &settings.graphic_height);
     Read_Height(store, "Analysis_Window_Height", &settings.analysis_height);
+    if (settings.graphic_height + settings.analysis_height == 0) { // both panes closed: nothing would be seen
+        settings.graphic_height = TSettings().graphic_height;
+        settings.analysis_height = TSettings().analysis_height;
+    }
     ::Read(store, "Tolerance_A", &settings.tolerance_a);
     ::Read(store, "Tolerance_B", &settings.tolerance_b);
     ::Read(store, "Tolerance_C", &settings.tolerance_c);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "children.h"
+#include "gui_test.h"
 #include "machinewidget.h"
 #include "measurementwidget.h"
 #include "messagebox.h"

@@ -1,0 +1,426 @@
+// SPDX-License-Identifier: MIT
+#include "kelvora.h"
+
+#include "graphwidget.h"
+#include "icons.h"
+#include "machinewidget.h"
+#include "measurementwidget.h"
+#include "messagebox.h"
+#include "report.h"
+#include "reportwidget.h"
+#include "tolerancewidget.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QDir>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFrame>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSettings>
+#include <QSplitter>
+#include <QTabWidget>
+#include <QToolBar>
+
+namespace
+{
+
+constexpr int layout_spacing = 4;
+
+QGridLayout* Create_Grid(QWidget* widget)
+{
+    auto* layout = new QGridLayout(widget);
+    layout->setSpacing(layout_spacing);
+    layout->setContentsMargins(layout_spacing, layout_spacing, layout_spacing, layout_spacing);
+    return layout;
+}
+
+/// Lets a panel be as high as it likes and yet shrink with the window: on a small screen the panels are
+/// higher than the window may be.
+class TPanelArea : public QScrollArea
+{
+public:
+    explicit TPanelArea(QWidget* panel)
+    {
+        setFrameShape(QFrame::NoFrame);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setWidgetResizable(true);
+        setWidget(panel);
+    }
+
+    QSize sizeHint() const override { return widget()->sizeHint(); }
+
+    QSize minimumSizeHint() const override
+    {
+        return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(), 0};
+    }
+};
+
+} // namespace
+
+TKelvora::TKelvora(QWidget const* parent, QFlags<Qt::WindowType> flags)
+    : QMainWindow(const_cast<QWidget*>(parent), flags), d_message_box(new TMessageBox(this))
+{
+    setAcceptDrops(true);
+    setWindowTitle(tr("Kelvora"));
+    Create_Settings_Directory();
+    d_settings = new QSettings(d_settings_directory + QStringLiteral("/kelvora_settings.ini"),
+                               QSettings::IniFormat, this);
+    Create_Actions();
+    Create_Tool_Bar();
+    Create_Central_Widget();
+    Create_Docks();
+    Create_Menus();
+    Apply_Settings(TSettings::Read(*d_settings));
+    Update_Actions();
+    Connect_Signals();
+    if (!QFileInfo(d_settings_directory).isWritable())
+        Show_Error(tr("Nothing can be stored in '%1'").arg(d_settings_directory));
+}
+
+void TKelvora::Create_Settings_Directory()
+{
+    const QString name = QStringLiteral(".kelvora");
+    QDir directory = QDir::home();
+    if (!directory.exists(name))
+        directory.mkdir(name);
+    d_settings_directory = directory.absoluteFilePath(name);
+    d_working_directory = d_settings_directory;
+}
+
+void TKelvora::Create_Actions()
+{
+    const auto create = [this](const QString& text, const QString& tool_tip, const char* icon) {
+        auto* action = new QAction(text, this);
+        action->setToolTip(tool_tip);
+        action->setIcon(Load_Icon(QLatin1String(icon)));
+        return action;
+    };
+    d_new_action = create(tr("New"), tr("Clear existing measurements"), ":/menu/file_new.png");
+    d_new_action->setShortcut(QKeySequence::New);
+    d_import_action = create(tr("Import Ballbar Measurements"), tr("Import ballbar measurements"),
+                             ":/menu/file_import_ballbar.png");
+    d_about_action = create(tr("About"), tr("About kelvora"), ":/menu/help_about.png");
+    d_show_database_action =
+        create(tr("Open Database..."), tr("Open database utility"), ":/menu/database.png");
+    d_add_to_database_action =
+        create(tr("Save to Database"), tr("Add ballbar measurement to database."), ":/menu/database_add.png");
+    d_quit_action = new QAction(tr("Quit"), this);
+    d_quit_action->setShortcut(QKeySequence::Quit);
+}
+
+void TKelvora::Create_Tool_Bar()
+{
+    QToolBar* tool_bar = addToolBar(tr("Tool Bar"));
+    tool_bar->setObjectName(QStringLiteral("tool_bar"));
+    tool_bar->addAction(d_new_action);
+    tool_bar->addAction(d_import_action);
+    tool_bar->addSeparator();
+    tool_bar->addAction(d_show_database_action);
+    tool_bar->addAction(d_add_to_database_action);
+    tool_bar->addSeparator();
+    tool_bar->addAction(d_about_action);
+}
+
+void TKelvora::Create_Central_Widget()
+{
+    auto* central = new QWidget(this);
+    d_splitter = new QSplitter(Qt::Vertical, central);
+    d_splitter->setObjectName(QStringLiteral("splitter"));
+    auto* display_frame = new QFrame(d_splitter); // the place of the 3-D view
+    display_frame->setFrameShape(QFrame::Box);
+    d_splitter->addWidget(display_frame);
+    d_splitter->addWidget(Create_Analysis_Pane());
+    Create_Grid(central)->addWidget(d_splitter, 0, 0);
+    setCentralWidget(central);
+}
+
+QWidget* TKelvora::Create_Analysis_Pane()
+{
+    d_graph = new TGraphWidget(this);
+    d_graph->setObjectName(QStringLiteral("histogram"));
+    d_graph->setMinimumHeight(100);
+    d_graph->d_default_graph_type = TGraphWidget::GRAPH_BAR;
+    d_graph->d_horizontal_scale_type = 1;
+    d_graph->d_vertical_scale_type = 2;
+    d_graph->d_direct_render = true;
+    d_graph->d_graph_title = tr("Measurement Distribution");
+    d_graph->d_horizontal_title = tr("Ball Bar Length");
+    d_graph->d_vertical_title = tr("Quantity");
+
+    d_report = new TReportWidget(this);
+    d_report->setObjectName(QStringLiteral("report"));
+
+    d_analysis_tabs = new QTabWidget(this);
+    d_analysis_tabs->setObjectName(QStringLiteral("analysis_tabs"));
+    d_analysis_tabs->setTabPosition(QTabWidget::West);
+    d_analysis_tabs->addTab(d_graph, tr("Histogram"));
+    d_analysis_tabs->addTab(d_report, tr("Analysis"));
+
+    auto* notice = new QLabel(tr("© 2026 The Kelvora authors"), this);
+    QFont notice_font = notice->font();
+    notice_font.setPointSize(8);
+    notice_font.setItalic(true);
+    notice->setFont(notice_font);
+
+    auto* logo = new QLabel(this);
+    logo->setFixedSize(100, 40);
+    logo->setPixmap(QPixmap(QStringLiteral(":/images/logo.png")));
+
+    auto* pane = new QWidget(this);
+    QGridLayout* layout = Create_Grid(pane);
+    layout->addWidget(d_analysis_tabs, 0, 0, 1, 2);
+    layout->addWidget(notice, 1, 0, Qt::AlignLeft | Qt::AlignBottom);
+    layout->addWidget(logo, 1, 1);
+    return pane;
+}
+
+void TKelvora::Create_Docks()
+{
+    d_measurement_widget = new TMeasurementWidget(this);
+    d_machine_widget = new TMachineWidget(this);
+    d_tolerance_widget = new TToleranceWidget(this);
+    Add_Dock(d_measurement_widget, tr("Measurement"), "measurement_dock", Qt::LeftDockWidgetArea);
+    Add_Dock(d_machine_widget, tr("Machine Dimensions"), "machine_dock", Qt::RightDockWidgetArea);
+    Add_Dock(d_tolerance_widget, tr("Tolerance"), "tolerance_dock", Qt::LeftDockWidgetArea);
+    // Just wide enough to read: the room belongs to the 3-D view and the histogram.
+    resizeDocks(findChildren<QDockWidget*>(), {260, 200, 260}, Qt::Horizontal);
+
+    // A file dropped on a field is a measurement like anywhere else in the window, not a text to insert.
+    const auto fields = findChildren<QLineEdit*>();
+    for (QLineEdit* field : fields)
+        field->setAcceptDrops(false);
+}
+
+void TKelvora::Add_Dock(QWidget* panel, const QString& title, const char* object_name,
+                        Qt::DockWidgetArea area)
+{
+    auto* dock = new QDockWidget(title, this);
+    dock->setObjectName(QLatin1String(object_name));
+    dock->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
+    dock->setWidget(new TPanelArea(panel));
+    addDockWidget(area, dock);
+}
+
+void TKelvora::Create_Menus()
+{
+    QMenu* file = menuBar()->addMenu(tr("File"));
+    file->addAction(d_new_action);
+    file->addAction(d_show_database_action);
+    file->addAction(d_add_to_database_action);
+    file->addSeparator();
+    file->addAction(d_import_action);
+    file->addSeparator();
+    file->addAction(d_quit_action);
+
+    QMenu* view = menuBar()->addMenu(tr("View"));
+    const auto docks = findChildren<QDockWidget*>();
+    for (QDockWidget* dock : docks)
+        view->addAction(dock->toggleViewAction());
+
+    menuBar()->addMenu(tr("Help"))->addAction(d_about_action);
+}
+
+void TKelvora::Apply_Settings(const TSettings& settings)
+{
+    const QRect geometry = Window_Geometry({settings.position, settings.size},
+                                           QGuiApplication::primaryScreen()->availableGeometry());
+    resize(geometry.size());
+    move(geometry.topLeft());
+    d_splitter->setSizes({settings.graphic_height, settings.analysis_height});
+
+    d_tolerance_widget->d_tolerance_a = settings.tolerance_a;
+    d_tolerance_widget->d_tolerance_b = settings.tolerance_b;
+    d_tolerance_widget->d_tolerance_c = settings.tolerance_c;
+    d_tolerance_widget->d_tolerance_d = settings.tolerance_d;
+    d_tolerance_widget->Update();
+
+    d_machine_widget->Set_Machine_Dimensions(settings.machine);
+    Machine_Volume_Changed();
+}
+
+void TKelvora::Connect_Signals()
+{
+    connect(d_new_action, &QAction::triggered, this, &TKelvora::Menu_New);
+    connect(d_import_action, &QAction::triggered, this, &TKelvora::Menu_Import_Ballbar);
+    connect(d_quit_action, &QAction::triggered, this, &TKelvora::close);
+    connect(d_about_action, &QAction::triggered, this, &TKelvora::Menu_About);
+    connect(d_tolerance_widget, &TToleranceWidget::Tolerance_Changed, this, &TKelvora::Tolerance_Changed);
+    connect(d_tolerance_widget, &TToleranceWidget::Sub_Tolerance_Changed, this, &TKelvora::Tolerance_Changed);
+    connect(d_machine_widget, &TMachineWidget::Update_Machine, this, &TKelvora::Machine_Volume_Changed);
+    connect(d_report, &TReportWidget::Line_Clicked, this, &TKelvora::Report_Line_Clicked);
+}
+
+void TKelvora::Save_Settings()
+{
+    TSettings settings;
+    settings.position = pos();
+    settings.size = size();
+    settings.graphic_height = d_splitter->sizes().at(0);
+    settings.analysis_height = d_splitter->sizes().at(1);
+    settings.tolerance_a = d_tolerance_widget->d_tolerance_a;
+    settings.tolerance_b = d_tolerance_widget->d_tolerance_b;
+    settings.tolerance_c = d_tolerance_widget->d_tolerance_c;
+    settings.tolerance_d = d_tolerance_widget->d_tolerance_d;
+    settings.machine = d_machine_widget->Machine_Dimensions();
+    settings.Write(d_settings);
+}
+
+void TKelvora::closeEvent(QCloseEvent* event)
+{
+    Save_Settings();
+    event->accept();
+}
+
+void TKelvora::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->mimeData()->hasFormat(QStringLiteral("text/uri-list")))
+        event->acceptProposedAction();
+}
+
+void TKelvora::dropEvent(QDropEvent* event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.size() == 1)
+        Import_Ballbar_Data(urls.first().toLocalFile());
+}
+
+QString TKelvora::Choose_Measurement_File()
+{
+    return QFileDialog::getOpenFileName(this, tr("Select ballbar measurement file"), d_working_directory,
+                                        tr("Ballbar Measurement File(*.dat)"));
+}
+
+void TKelvora::Update_Actions()
+{
+    d_new_action->setEnabled(d_set_shown);
+    d_show_database_action->setEnabled(false);
+    d_add_to_database_action->setEnabled(false);
+}
+
+void TKelvora::Clear_Display()
+{
+    d_graph->DeleteDataSets();
+    d_report->clear();
+    d_first_position_line = -1;
+    d_graph->UpdateGraph();
+    d_measurement_widget->Enable_Display(false);
+    d_tolerance_widget->Enable_Results(false);
+}
+
+void TKelvora::Show_Error(const QString& text)
+{
+    d_report->appendPlainText(QStringLiteral("ERR:  %1").arg(text));
+    d_analysis_tabs->setCurrentWidget(d_report); // behind the histogram nobody would read it
+}
+
+void TKelvora::Menu_New()
+{
+    Clear_Display();
+    d_set_shown = false;
+    d_set_unsaved = false;
+    Update_Actions();
+}
+
+void TKelvora::Menu_Import_Ballbar()
+{
+    const QString path = Choose_Measurement_File();
+    if (!path.isEmpty())
+        Import_Ballbar_Data(path);
+}
+
+void TKelvora::Menu_About()
+{
+    d_message_box->setText(tr("Help - About"));
+    d_message_box->setInformativeText(tr("Kelvora - Version 5.0"));
+    d_message_box->setDetailedText(QString());
+    d_message_box->setIcon(QMessageBox::Information);
+    d_message_box->setStandardButtons(QMessageBox::Ok);
+    d_message_box->setDefaultButton(QMessageBox::Ok);
+    d_message_box->exec();
+}
+
+void TKelvora::Import_Ballbar_Data(QString const& path)
+{
+    Clear_Display();
+    if (!d_ballbar_data.Load_Data(path)) {
+        Show_Error(d_ballbar_data.Last_Error());
+        return;
+    }
+    if (path.contains(QLatin1Char('/')))
+        d_working_directory = path.section(QLatin1Char('/'), 0, -2);
+    d_set_shown = true;
+    d_set_unsaved = true;
+    Update_Actions();
+    Update_Display(true);
+}
+
+void TKelvora::Ballbar_Item_Clicked(int index)
+{
+    if (index < 0) {
+        d_measurement_widget->Enable_Display(false);
+        return;
+    }
+    const Types::TBallbar_Item item = d_ballbar_data.Ballbar_Item(index);
+    const double length = item.Length();
+    d_measurement_widget->Enable_Display(true);
+    d_measurement_widget->Set_Position_Name(item.name);
+    d_measurement_widget->Set_Length(length);
+    d_measurement_widget->Set_Mean_Deviation(length - d_ballbar_data.Mean_Length());
+    d_measurement_widget->Set_Median_Deviation(length - d_ballbar_data.Median_Length());
+    d_measurement_widget->Set_Sphere1(item.sph1, item.sph1_form);
+    d_measurement_widget->Set_Sphere2(item.sph2, item.sph2_form);
+    d_measurement_widget->Set_Probe(item.tool);
+}
+
+void TKelvora::Report_Line_Clicked(int line)
+{
+    const int index = line - d_first_position_line;
+    if (d_first_position_line >= 0 && index >= 0 && index < d_ballbar_data.Ballbar_Item_Count())
+        Ballbar_Item_Clicked(index);
+}
+
+void TKelvora::Machine_Volume_Changed()
+{
+}
+
+void TKelvora::Tolerance_Changed()
+{
+    Update_Display(false);
+}
+
+void TKelvora::Update_Display(bool /*reset_view*/)
+{
+    if (d_ballbar_data.Ballbar_Item_Count() == 0)
+        return;
+    const double tolerance = d_tolerance_widget->Tolerance_Value(d_ballbar_data.Mean_Length());
+    const double sub_tolerance = tolerance * d_tolerance_widget->Sub_Tolerance_Percent();
+    const TReport report = Build_Report(d_ballbar_data, tolerance, sub_tolerance);
+
+    d_tolerance_widget->Set_Results(d_ballbar_data.Maximum_Length() - d_ballbar_data.Minimum_Length(),
+                                    d_ballbar_data.Median_Length());
+    d_report->setPlainText(report.text); // leaves the cursor, and so the view, at the start
+    d_first_position_line = report.first_position_line;
+    Show_Histogram(report.histogram);
+    d_measurement_widget->Enable_Display(false);
+}
+
+void TKelvora::Show_Histogram(const THistogram& histogram)
+{
+    if (histogram.bars.empty())
+        return; // a range too small to graph leaves the last histogram in place
+    d_graph->DeleteDataSets();
+    d_graph->AddPoints(d_graph->CreateDataSet(QColor(0, 0, 255), TGraphWidget::GRAPH_DEFAULT),
+                       histogram.bars);
+    d_graph->AddPoints(d_graph->CreateDataSet(QColor(255, 0, 0), TGraphWidget::GRAPH_LINE), histogram.band);
+    d_graph->ScaleToFit();
+}

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ballbardata.h"
+#include "settings.h"
+
+#include <QMainWindow>
+
+class QAction;
+class QSettings;
+class QSplitter;
+class QTabWidget;
+class TGraphWidget;
+class TMachineWidget;
+class TMeasurementWidget;
+class TMessageBox;
+class TReportWidget;
+class TToleranceWidget;
+struct THistogram;
+
+/// The main window. It builds and connects the parts and hands the measurement set to them; what it shows is
+/// computed elsewhere.
+class TKelvora : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit TKelvora(QWidget const* parent = nullptr, QFlags<Qt::WindowType> flags = Qt::WindowFlags());
+
+public slots:
+    /// Clears what is shown. The set itself stays until the next import or load.
+    void Menu_New();
+    void Menu_Import_Ballbar();
+    void Menu_About();
+
+    /// Replaces the set by the positions of a measurement file, or shows in the report why it cannot.
+    void Import_Ballbar_Data(QString const& path);
+
+    /// Shows the position at `index` of the set as the selected one; none for a negative index.
+    void Ballbar_Item_Clicked(int index);
+    void Machine_Volume_Changed();
+    void Tolerance_Changed();
+
+    /// Rebuilds report, tolerance results, 3-D scene and histogram from the set; does nothing for an empty
+    /// one. With `reset_view` the 3-D view is fitted to the scene, otherwise it keeps its camera.
+    void Update_Display(bool reset_view);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+    /// Asks the user for a measurement file; empty when cancelled.
+    virtual QString Choose_Measurement_File();
+
+private:
+    QAction* d_new_action;
+    QAction* d_import_action;
+    QAction* d_quit_action;
+    QAction* d_about_action;
+    QAction* d_show_database_action;
+    QAction* d_add_to_database_action;
+
+    QSplitter* d_splitter;
+    TReportWidget* d_report;
+    TToleranceWidget* d_tolerance_widget;
+    TMeasurementWidget* d_measurement_widget;
+    TMachineWidget* d_machine_widget;
+    TMessageBox* d_message_box;
+    QSettings* d_settings;
+    TGraphWidget* d_graph;
+    QTabWidget* d_analysis_tabs;
+
+    TBallBarData d_ballbar_data;
+    QString d_settings_directory;
+    QString d_working_directory;   ///< where the import dialog opens
+    int d_first_position_line{-1}; ///< line of the report that lists position 0; -1 without a report
+
+    bool d_set_shown{false};   ///< there is something that New would clear
+    bool d_set_unsaved{false}; ///< the set on display came from a file and is not in the database
+
+    void Create_Settings_Directory();
+    void Create_Actions();
+    void Create_Tool_Bar();
+    void Create_Central_Widget();
+    QWidget* Create_Analysis_Pane();
+    void Create_Docks();
+    void Add_Dock(QWidget* panel, const QString& title, const char* object_name, Qt::DockWidgetArea area);
+    void Create_Menus();
+    void Apply_Settings(const TSettings& settings);
+    void Connect_Signals();
+    void Save_Settings();
+
+    void Update_Actions();
+    void Clear_Display();
+    void Show_Error(const QString& text);
+    void Show_Histogram(const THistogram& histogram);
+    void Report_Line_Clicked(int line);
+};

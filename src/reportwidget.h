@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QPlainTextEdit>
+
+/// The read-only report text in a fixed-pitch font. A click on a line, which is not the end of a text
+/// selection by dragging, is reported; moving the cursor from code or by keys is not.
+class TReportWidget : public QPlainTextEdit
+{
+    Q_OBJECT
+
+public:
+    explicit TReportWidget(QWidget* parent = nullptr);
+
+signals:
+    /// The line under the click, from 0. Clicks beside or below the text are silent.
+    void Line_Clicked(int line);
+
+protected:
+    void mouseReleaseEvent(QMouseEvent* event) override;
+};
