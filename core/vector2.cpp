@@ -7,15 +7,7 @@
 
 double TVector2::operator()(int index) const
 {
-    switch (index) {
-    case 0:
-        return x;
-    case 1:
-        return y;
-    default:
-        assert(false);
-        return 0.0;
-    }
+    return const_cast<TVector2&>(*this)(index); // which changes nothing by itself
 }
 
 double& TVector2::operator()(int index)

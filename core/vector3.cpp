@@ -7,17 +7,7 @@
 
 double TVector3::operator()(int index) const
 {
-    switch (index) {
-    case 0:
-        return x;
-    case 1:
-        return y;
-    case 2:
-        return z;
-    default:
-        assert(false);
-        return 0.0;
-    }
+    return const_cast<TVector3&>(*this)(index); // which changes nothing by itself
 }
 
 double& TVector3::operator()(int index)
