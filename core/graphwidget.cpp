@@ -4,16 +4,21 @@
 #include "numbers.h"
 
 #include <QEvent>
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 
 #include <algorithm>
 #include <cassert>
+#include <cmath>
 
 namespace
 {
 
 constexpr double DEFAULT_SCALE_MINIMUM = 5e-05;
+
+// Width and height of a box together. A drag of no more than this is an unsteady click.
+constexpr int LARGEST_CLICK = 19;
 
 QString Cursor_Text(const TVector2& value)
 {
@@ -34,6 +39,18 @@ QRectF Edges(const QRect& rect)
     return QRectF(QPointF(rect.topLeft()), QPointF(rect.bottomRight()));
 }
 
+QPoint Rounded(const QPointF& position)
+{
+    return {static_cast<int>(std::lround(position.x())), static_cast<int>(std::lround(position.y()))};
+}
+
+// The rectangle between the same two corners that starts at the upper left.
+QRect Normalised(const QRect& box)
+{
+    return {QPoint(std::min(box.left(), box.right()), std::min(box.top(), box.bottom())),
+            QPoint(std::max(box.left(), box.right()), std::max(box.top(), box.bottom()))};
+}
+
 void Measure_Cell(TGraphLabelFormat& format, const QPainter& painter)
 {
     format.cell = painter.fontMetrics().size(0, format.Label(-0.5)).expandedTo(QSize(1, 1));
@@ -48,6 +65,7 @@ TGraphWidget::TGraphWidget(QWidget* parent, Qt::WindowFlags flags)
 {
     setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
 }
 
 int TGraphWidget::CreateDataSet(const QColor& color, TGraphType type)
@@ -294,6 +312,111 @@ bool TGraphWidget::GenerateRGBColor(int index, int* red, int* green, int* blue)
     return true;
 }
 
+void TGraphWidget::mousePressEvent(QMouseEvent* event)
+{
+    const QPoint pointer = Rounded(event->localPos());
+    if (event->button() == Qt::LeftButton) {
+        const QRect& graph = d_layout.graph;
+        const QPoint corner = graph.contains(pointer) ? pointer : graph.topLeft();
+        d_left_down_box = QRect(corner, corner);
+        d_left_button_down = true;
+        d_left_down_box_active = false;
+    } else if (event->button() == Qt::RightButton) {
+        d_left_down_box = QRect(pointer, pointer);
+        d_right_button_down = true;
+        d_right_button_dragged = false;
+    } else {
+        QWidget::mousePressEvent(event);
+    }
+}
+
+void TGraphWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    const QPoint pointer = Rounded(event->localPos());
+    if (event->buttons() & Qt::LeftButton) {
+        if (d_left_button_down)
+            Drag_Left_Down_Box(pointer);
+    } else if (event->buttons() & Qt::RightButton) {
+        if (d_right_button_down)
+            Pan(pointer);
+        d_right_button_dragged = true;
+    } else {
+        Hover(pointer);
+    }
+}
+
+void TGraphWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton) {
+        Release_Left(Rounded(event->localPos()));
+        d_left_button_down = false;
+    } else if (event->button() == Qt::RightButton) {
+        if (!d_right_button_dragged)
+            ZoomOut();
+        d_right_button_dragged = false;
+        d_right_button_down = false;
+    } else {
+        QWidget::mouseReleaseEvent(event);
+    }
+}
+
+void TGraphWidget::Drag_Left_Down_Box(const QPoint& pointer)
+{
+    if (d_left_down_box_active)
+        Update_Left_Down_Box();
+    d_left_down_box_active = true;
+    d_left_down_box_visible = true;
+    d_left_down_box.setBottomRight(pointer);
+    Update_Left_Down_Box();
+}
+
+// Only the outline: behind it there may be a picture that takes long to paint.
+void TGraphWidget::Update_Left_Down_Box()
+{
+    const QRect outline = Normalised(d_left_down_box).adjusted(0, 0, 1, 1);
+    QRegion edges(outline.left(), outline.top(), 1, outline.height());
+    edges += QRect(outline.left(), outline.top(), outline.width(), 1);
+    edges += QRect(outline.right(), outline.top(), 1, outline.height());
+    edges += QRect(outline.left(), outline.bottom(), outline.width(), 1);
+    update(edges);
+}
+
+void TGraphWidget::Pan(const QPoint& pointer)
+{
+    const QPoint moved = d_left_down_box.topLeft() - pointer;
+    d_left_down_box.setTopLeft(pointer);
+    Zoom_Background_Pixmap(d_layout.graph.translated(moved));
+    repaint();
+}
+
+void TGraphWidget::Hover(const QPoint& pointer)
+{
+    if (!d_show_cursor_position || !d_layout.graph.contains(pointer)) {
+        unsetCursor();
+        return;
+    }
+    setCursor(Qt::CrossCursor);
+    d_cursor_position_text = Cursor_Text(d_mapping.Value(pointer));
+    update(0, d_layout.horizontal_title.top(), width(), d_layout.horizontal_title.height());
+}
+
+void TGraphWidget::Release_Left(const QPoint& pointer)
+{
+    const int size = std::abs(d_left_down_box.right() - d_left_down_box.left()) +
+                     std::abs(d_left_down_box.bottom() - d_left_down_box.top());
+    const bool zoom = d_left_down_box_active && size > LARGEST_CLICK;
+    d_left_down_box_active = false;
+    Update_Left_Down_Box(); // it goes in both cases
+    if (zoom) {
+        d_left_down_box_visible = false;
+        Zoom_Background_Pixmap(Normalised(d_left_down_box));
+        repaint();
+    } else {
+        const TVector2 value = d_mapping.Value(pointer);
+        emit Mouse_Click(value.x, value.y);
+    }
+}
+
 void TGraphWidget::paintEvent(QPaintEvent* event)
 {
     QPainter painter;
@@ -311,6 +434,7 @@ void TGraphWidget::paintEvent(QPaintEvent* event)
         }
         painter.begin(this);
         painter.drawPixmap(0, 0, d_background);
+        Draw_Left_Down_Box(painter);
     }
     if (d_show_cursor_position)
         Draw_Cursor_Text(painter);
@@ -465,4 +589,12 @@ void TGraphWidget::Draw_Cursor_Text(QPainter& painter) const
     const QRect& row = d_layout.horizontal_title;
     const QRect room(margin, row.top(), Cursor_Text_Width(painter) - 2 * margin, row.height());
     Draw_Fitted_Text(painter, room, Qt::AlignLeft | Qt::AlignVCenter, d_cursor_position_text);
+}
+
+void TGraphWidget::Draw_Left_Down_Box(QPainter& painter) const
+{
+    if (!d_left_down_box_visible || !d_left_down_box_active)
+        return;
+    painter.setPen(QPen(Qt::black, 1, Qt::DashLine));
+    painter.drawRect(Normalised(d_left_down_box));
 }

@@ -14,6 +14,9 @@
 
 /// Plots any number of data sets as lines, bars or markers over linear or logarithmic axes.
 ///
+/// A box drawn with the left button zooms in, a drag with the right button pans, a click with it zooms out,
+/// and the data coordinates under the pointer are shown below the plotting area.
+///
 /// The graph does not follow changes of its data or of its public members by itself: call ScaleToFit() or
 /// UpdateGraph() after them.
 class TGraphWidget : public QWidget
@@ -50,8 +53,8 @@ public:
     /// picture that is painted from.
     bool d_direct_render{false};
 
-    bool d_lock_aspect{false}; ///< as many data units per pixel on both axes
-    bool d_show_cursor_position{true};
+    bool d_lock_aspect{false};         ///< as many data units per pixel on both axes
+    bool d_show_cursor_position{true}; ///< show the data coordinates under the pointer
 
     explicit TGraphWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
 
@@ -129,7 +132,14 @@ public:
     /// The `index`-th of 96 colours that tell data sets apart. False and black beyond; the 97th is black too.
     static bool GenerateRGBColor(int index, int* red, int* green, int* blue);
 
+signals:
+    /// A click with the left button at a point in data units. So is a drag too short for a box.
+    void Mouse_Click(const double& x, const double& y);
+
 protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -142,6 +152,15 @@ private:
     TGraphLabelFormat d_vertical_format;
     QPixmap d_background; // legend and data as last drawn
     QString d_cursor_position_text;
+
+    /// From the corner where the drag started to the pointer. While panning its first corner is the last
+    /// position of the pointer.
+    QRect d_left_down_box;
+    bool d_left_down_box_visible{false};
+    bool d_left_button_down{false};
+    bool d_left_down_box_active{false}; ///< the pointer has moved since the press
+    bool d_right_button_down{false};
+    bool d_right_button_dragged{false};
 
     bool d_y_includes_zero{true};
     bool d_y_scale_symmetric{true};
@@ -156,9 +175,16 @@ private:
     void Answer_Requests();
     QRectF Linear_Rect(const QRect& rect) const;
 
+    void Drag_Left_Down_Box(const QPoint& pointer);
+    void Update_Left_Down_Box();
+    void Pan(const QPoint& pointer);
+    void Hover(const QPoint& pointer);
+    void Release_Left(const QPoint& pointer);
+
     int Cursor_Text_Width(const QPainter& painter) const;
     void Draw_Legend(QPainter& painter);
     void Draw_Data(QPainter& painter) const;
     void Draw_Data_Set(QPainter& painter, const TDataSet& set) const;
     void Draw_Cursor_Text(QPainter& painter) const;
+    void Draw_Left_Down_Box(QPainter& painter) const;
 };
