@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "backup.h"
+
+#include "numbers.h"
+
+#include <QVector>
+
+namespace
+{
+
+const QString HEADER = "Kelvora_Data:Version=1:Type=Backup";
+const QString DATE_KEY = "Entry_Date:";
+const QString TIME_KEY = "Entry_Time:";
+const QString POSITION_KEY = "Entry:";
+constexpr int FIELD_COUNT = 12;
+
+QByteArray Key_Line(const QString& key, const QString& text)
+{
+    return (key + text + '\n').toUtf8();
+}
+
+QString Position_Line(const Types::TBallbar_Item& position)
+{
+    QString line = POSITION_KEY + position.name;
+    for (const double value : {position.sph1.x, position.sph1.y, position.sph1.z, position.sph2.x,
+                               position.sph2.y, position.sph2.z, position.sph1_form, position.sph2_form,
+                               position.tool.x, position.tool.y, position.tool.z})
+        line += ',' + Fixed(value, 5);
+    return line + '\n';
+}
+
+// The counterpart of Position_Line(): `fields` is its text after the key.
+Types::TBallbar_Item Position_Of(const QString& fields)
+{
+    const QVector<QStringRef> parts = fields.splitRef(',');
+    const auto number = [&parts](int field) { return Decimal_Or(parts[field].toString(), 0.0); };
+    Types::TBallbar_Item position;
+    position.name = parts[0].toString();
+    position.sph1 = {number(1), number(2), number(3)};
+    position.sph2 = {number(4), number(5), number(6)};
+    position.sph1_form = number(7);
+    position.sph2_form = number(8);
+    position.tool = {number(9), number(10), number(11)};
+    return position;
+}
+
+} // namespace
+
+QByteArray Backup_File::Header_Line()
+{
+    return Key_Line(HEADER, "");
+}
+
+QByteArray Backup_File::Date_Line(const QString& date)
+{
+    return Key_Line(DATE_KEY, date);
+}
+
+QByteArray Backup_File::Time_Line(const QString& time)
+{
+    return Key_Line(TIME_KEY, time);
+}
+
+QByteArray Backup_File::Position_Lines(const TDatabaseItem& item)
+{
+    QByteArray lines;
+    for (const Types::TBallbar_Item& position : item.Ballbar_Items())
+        lines += Position_Line(position).toUtf8();
+    return lines;
+}
+
+Backup_File::TRecord Backup_File::Read_Line(const QByteArray& line)
+{
+    const QString text = QString::fromUtf8(line).simplified();
+    const auto after = [&text](const QString& key) { return text.mid(key.size()); };
+    if (text == HEADER)
+        return {TRecord::HEADER, {}, {}};
+    if (text.startsWith(DATE_KEY))
+        return {TRecord::DATE, after(DATE_KEY), {}};
+    if (text.startsWith(TIME_KEY))
+        return {TRecord::TIME, after(TIME_KEY), {}};
+    // Counted before splitting: a damaged line may hold millions of commas.
+    if (text.startsWith(POSITION_KEY) && text.count(',') == FIELD_COUNT - 1)
+        return {TRecord::POSITION, {}, Position_Of(after(POSITION_KEY))};
+    return {};
+}
+
+QStringList Backup_File::Summary_Titles()
+{
+    return {"Date",        "Time",          "Min Length", "Max Length",
+            "Mean_Length", "Median Length", "Est. Range", "Range"};
+}
+
+QByteArray Backup_File::Summary_Line(const QStringList& cells)
+{
+    return ('"' + cells.join("\",\"") + "\"\n").toUtf8();
+}

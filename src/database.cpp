@@ -1,0 +1,310 @@
+// SPDX-License-Identifier: MIT
+#include "database.h"
+
+#include "databasestatements.h"
+#include "keptcopies.h"
+
+#include <QFile>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <cassert>
+
+namespace
+{
+
+const char* const DRIVER = "QSQLITE";
+
+// The row of Statements::Select_Positions().
+Types::TBallbar_Item Position_Of(const QSqlQuery& row)
+{
+    const auto number = [&row](int column) { return row.value(column).toDouble(); };
+    Types::TBallbar_Item position;
+    position.name = row.value(0).toString();
+    position.sph1 = {number(1), number(2), number(3)};
+    position.sph2 = {number(4), number(5), number(6)};
+    position.sph1_form = number(7);
+    position.sph2_form = number(8);
+    position.tool = {number(9), number(10), number(11)};
+    return position;
+}
+
+QString Open_Error(const QSqlError& error, const QString& file)
+{
+    QString text = QString("Cannot open database.\n\tDatabase Error: '%1'\n\tDriver Error: '%2'\n"
+                           "\t\tDatabase File Name: '%3'\n")
+                       .arg(error.databaseText(), error.driverText(), file);
+    text += "\tAvailable database drivers:\n";
+    for (const QString& driver : QSqlDatabase::drivers())
+        text += QString("\t\t%1\n").arg(driver);
+    return text;
+}
+
+} // namespace
+
+TDatabase::TDatabase() : d_connection_name("ballbar_database"), d_database(std::make_unique<QSqlDatabase>())
+{
+}
+
+TDatabase::~TDatabase()
+{
+    Disconnect();
+}
+
+bool TDatabase::Connect(const QString& file)
+{
+    if (!QSqlDatabase::isDriverAvailable(DRIVER))
+        return Fail("Database driver 'QSQLITE' not available");
+
+    const bool registered = QSqlDatabase::contains(d_connection_name);
+    d_database =
+        std::make_unique<QSqlDatabase>(registered ? QSqlDatabase::database(d_connection_name, true)
+                                                  : QSqlDatabase::addDatabase(DRIVER, d_connection_name));
+    d_database->setConnectOptions(QString("QSQLITE_BUSY_TIMEOUT=%1").arg(BUSY_TIMEOUT));
+    d_database->setDatabaseName(file);
+    if (!d_database->open()) {
+        // The text names the file that was open before, not the one that failed.
+        const QString error = Open_Error(d_database->lastError(), d_database_file_name);
+        Remove_Connection();
+        return Fail(error);
+    }
+    d_database_file_name = file;
+    return true;
+}
+
+bool TDatabase::Initialize()
+{
+    if (!Is_Connected())
+        return Fail("Database not open");
+
+    const QStringList tables = d_database->tables();
+    for (const Statements::TTable& table : Statements::TABLES) {
+        QSqlQuery query = Query();
+        if (!tables.contains(table.name, Qt::CaseInsensitive) && !Run(&query, table.create))
+            return Fail(QString("Cannot create table '%1(...)'").arg(table.name));
+    }
+    return true;
+}
+
+void TDatabase::Disconnect()
+{
+    if (!d_database)
+        return;
+    d_database->close();
+    Remove_Connection();
+}
+
+bool TDatabase::Is_Connected() const
+{
+    return d_database && d_database->isOpen();
+}
+
+void TDatabase::Clear()
+{
+    if (!Is_Connected())
+        return;
+    Change_Or_Not(Statements::Roll_Back());
+    for (const Statements::TTable& table : Statements::TABLES)
+        Change_Or_Not(Statements::Delete_All(table));
+}
+
+bool TDatabase::Keep_Copy()
+{
+    if (!Is_Connected())
+        return Fail("Not connected");
+    Change_Or_Not(Statements::Roll_Back());
+    const QString failure = "Cannot keep a copy of the database";
+    if (!Change(Statements::Begin_Writing(), failure))
+        return false;
+    Change_Or_Not(Statements::Roll_Back());
+
+    const QString copy = Kept_Copies::File_Name(d_database_file_name, QDateTime::currentDateTime());
+    const QString unfinished =
+        d_database_file_name + ".copy"; // one that a killed program left is overwritten
+    QFile::remove(unfinished);
+    if (!Change(Statements::Copy_Into(unfinished), failure)) {
+        QFile::remove(unfinished);
+        return false;
+    }
+    if (!Kept_Copies::Put_In_Place(unfinished, copy)) {
+        QFile::remove(unfinished);
+        return Fail(failure + ".  Reason: '" + copy + "' cannot be written");
+    }
+    Kept_Copies::Remove_Old(d_database_file_name, COPIES_KEPT);
+    return true;
+}
+
+int TDatabase::Date_Id(const QString& date) const
+{
+    return First_Id(Statements::Select_Date_Id(date), "Date not found.");
+}
+
+int TDatabase::Time_Id(int date_id, const QString& time) const
+{
+    return First_Id(Statements::Select_Time_Id(date_id, time), "Time not found.");
+}
+
+bool TDatabase::Date_Exists(const QString& date) const
+{
+    return Date_Id(date) >= 0;
+}
+
+bool TDatabase::Time_Exists(const QString& date, const QString& time) const
+{
+    const int date_id = Date_Id(date);
+    const int time_id = date_id < 0 ? -1 : Time_Id(date_id, time);
+    if (time_id < 0)
+        return false;
+    QSqlQuery query = Query();
+    return Run(&query, Statements::Select_Time(date_id, time_id)) && query.next();
+}
+
+QStringList TDatabase::Date_List(bool* valid) const
+{
+    return First_Column(Statements::Select_Dates(), valid);
+}
+
+QStringList TDatabase::Time_List(const QString& date, bool* valid) const
+{
+    assert(valid);
+    *valid = false;
+    const int date_id = Date_Id(date);
+    return date_id < 0 ? QStringList() : First_Column(Statements::Select_Times(date_id), valid);
+}
+
+TDatabaseItem TDatabase::Database_Item(const QString& date, const QString& time, bool* valid) const
+{
+    assert(valid);
+    *valid = false;
+    TDatabaseItem item;
+    const int date_id = Date_Id(date);
+    const int time_id = date_id < 0 ? -1 : Time_Id(date_id, time);
+    if (time_id < 0)
+        return item;
+
+    QSqlQuery query = Query();
+    if (!Run(&query, Statements::Select_Positions(date_id, time_id)))
+        return item;
+    while (query.next())
+        item.Add_Ballbar(Position_Of(query));
+    if (query.lastError().isValid()) { // a damaged file shows only when its page is reached
+        Fail(query.lastError().text());
+        return TDatabaseItem();
+    }
+    if (item.Ballbar_Count() > 0) {
+        item.Set_Date(date);
+        item.Set_Time(time);
+    }
+    item.Update_Stats();
+    *valid = true;
+    return item;
+}
+
+bool TDatabase::Add_Database_Item(const TDatabaseItem& item)
+{
+    if (!Is_Connected())
+        return Fail("Not connected");
+    // A failed save leaves its transaction open; what it had written must not be committed with this set.
+    Change_Or_Not(Statements::Roll_Back());
+
+    if (!Date_Exists(item.Date()) &&
+        !Change(Statements::Insert_Date(item.Date()), "Cannot add data to table 'date'"))
+        return false;
+    const int date_id = Date_Id(item.Date());
+    if (date_id < 0) // a table that can be written but not read; a set under -1 would never be found again
+        return false;
+    if (!Time_Exists(item.Date(), item.Time()) &&
+        !Change(Statements::Insert_Time(date_id, item.Time()), "Cannot add data to table 'time'"))
+        return false;
+    const int time_id = Time_Id(date_id, item.Time());
+    if (time_id < 0)
+        return false;
+
+    return Change(Statements::Delete_Positions(date_id, time_id), "Cannot delete existing ballbar data") &&
+           Add_Positions(date_id, time_id, item) &&
+           Change(Statements::Delete_Summary(date_id, time_id), "Cannot delete existing summary data") &&
+           Change(Statements::Insert_Summary(date_id, time_id, item), "Cannot add data to table 'summary'");
+}
+
+// Where a position is refused the transaction stays open: the next change rolls it back.
+bool TDatabase::Add_Positions(int date_id, int time_id, const TDatabaseItem& item)
+{
+    const QString failure = "Cannot add data to table 'data'";
+    Change_Or_Not(Statements::Begin());
+    for (const Types::TBallbar_Item& position : item.Ballbar_Items()) {
+        if (!Change(Statements::Insert_Position(date_id, time_id, position), failure))
+            return false;
+    }
+    // Unlike a failed begin, a failed commit would lose the set.
+    return Change(Statements::Commit(), failure);
+}
+
+bool TDatabase::Fail(const QString& error) const
+{
+    d_last_error = error;
+    return false;
+}
+
+void TDatabase::Remove_Connection()
+{
+    d_database.reset(); // Qt complains about a connection that still has a handle
+    if (QSqlDatabase::contains(d_connection_name))
+        QSqlDatabase::removeDatabase(d_connection_name);
+}
+
+QSqlQuery TDatabase::Query() const
+{
+    QSqlQuery query(*d_database);
+    query.setForwardOnly(true); // no row is visited twice, so none need be kept
+    return query;
+}
+
+// Every statement runs here, and a failure leaves the driver's words.
+bool TDatabase::Run(QSqlQuery* query, const QString& statement) const
+{
+    return query->exec(statement) || Fail(query->lastError().text());
+}
+
+// A statement that must succeed, or `failure` and the driver's words become the last error.
+bool TDatabase::Change(const QString& statement, const QString& failure)
+{
+    QSqlQuery query = Query();
+    return query.exec(statement) || Fail(failure + ".  Reason: " + query.lastError().text());
+}
+
+// A statement that may fail.
+void TDatabase::Change_Or_Not(const QString& statement)
+{
+    Query().exec(statement);
+}
+
+int TDatabase::First_Id(const QString& statement, const QString& failure) const
+{
+    if (!Is_Connected()) {
+        Fail("Not connected");
+        return -1;
+    }
+    QSqlQuery query = Query();
+    if (query.exec(statement) && query.next())
+        return query.value(0).toInt();
+    Fail(failure);
+    return -1;
+}
+
+QStringList TDatabase::First_Column(const QString& statement, bool* valid) const
+{
+    assert(valid);
+    *valid = false;
+    QStringList texts;
+    if (!Is_Connected()) {
+        Fail("Not connected");
+        return texts;
+    }
+    QSqlQuery query = Query();
+    *valid = Run(&query, statement);
+    while (query.next())
+        texts.append(query.value(0).toString());
+    return texts;
+}

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "database.h"
+
+#include <QDialog>
+
+#include <utility>
+#include <vector>
+
+class QProgressDialog;
+class QPushButton;
+class QTableWidget;
+class QTreeWidget;
+
+/// Browses the stored measurement sets: a tree of dates and times, a summary of the selected sets, and
+/// buttons to load one, to back up and restore everything and to export the summary. Owns the database.
+class TDatabaseDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit TDatabaseDialog(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+
+    /// Opens the database file, which is created where it is missing, and lists its sets.
+    bool Connect_To_Database(const QString& file);
+    /// Stores a set, in place of one under the same date and time, and lists all sets anew.
+    bool Add_Database_Item(const TDatabaseItem& item);
+    /// Why the last of these two, or keeping a copy before a restore, failed.
+    const QString& Last_Error() const { return d_last_error; }
+    /// The positions of the set that was loaded last.
+    const std::vector<Types::TBallbar_Item>& Ballbar_Items() const { return d_ballbar_items; }
+
+public slots:
+    void Update_Tree();
+    void Selection_Changed();
+    void Load();
+    /// Writes all sets into a text file.
+    void Backup();
+    /// Replaces all sets by those of a backup file; a copy of the database is kept beside it.
+    void Restore();
+    /// Writes the summary into a CSV file.
+    void Export();
+
+signals:
+    /// The user has loaded a set: Ballbar_Items() holds its positions.
+    void Load_From_Database();
+
+protected:
+    /// Ask for a file name; empty where the user cancels.
+    virtual QString Choose_Backup_File();
+    virtual QString Choose_Restore_File();
+    virtual QString Choose_Export_File();
+
+private:
+    /// The date and time of a set.
+    using TKey = std::pair<QString, QString>;
+
+    QLayout* Create_Buttons();
+    QPushButton* Create_Button(const QString& name, const QString& text, void (TDatabaseDialog::*command)());
+    bool Fail(const QString& error);
+    std::vector<TKey> Selected_Keys() const;
+    void Update_Buttons();
+    void Set_Busy(bool busy);
+    void Show_Progress(const QString& text, int maximum);
+    void Set_Progress(int value);
+    bool Write_Date(const QString& date, QIODevice* file) const;
+    bool Empty_Database();
+    void Read_Sets(QIODevice* content);
+    void Store_And_Clear(TDatabaseItem* item);
+
+    QPushButton* d_backup_button{nullptr};
+    QPushButton* d_restore_button{nullptr};
+    QPushButton* d_load_button{nullptr};
+    QPushButton* d_export_button{nullptr};
+    QPushButton* d_close_button{nullptr};
+    QTableWidget* d_summary_table{nullptr};
+    QTreeWidget* d_tree{nullptr};
+    QProgressDialog* d_progress{nullptr}; ///< created when it is needed first
+    TDatabase d_database;
+    QString d_database_file;
+    std::vector<Types::TBallbar_Item> d_ballbar_items;
+    QString d_last_error;
+    bool d_busy{false}; ///< a backup or restore is under way
+};

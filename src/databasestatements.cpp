@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "databasestatements.h"
+
+#include "numbers.h"
+
+namespace
+{
+
+// The inside of a text literal. Names, dates and times come without apostrophes; one in a date of a foreign
+// backup file stays text like this instead of becoming part of the statement.
+QString Quoted(QString text)
+{
+    return text.replace('\'', "''");
+}
+
+QString Id(int id)
+{
+    return QString::number(id);
+}
+
+QString Position_Value(double value)
+{
+    return Fixed(value, 5);
+}
+
+QString Summary_Value(double value)
+{
+    return Fixed(value, 4);
+}
+
+} // namespace
+
+const Statements::TTable Statements::TABLES[4] = {
+    {"date", "CREATE TABLE date(date_id INTEGER PRIMARY KEY AUTOINCREMENT,entry TEXT)"},
+    {"time", "CREATE TABLE time(time_id INTEGER PRIMARY KEY AUTOINCREMENT,date_id INTEGER,entry TEXT)"},
+    {"summary", "CREATE TABLE summary(date_id INTEGER,time_id INTEGER,count INTEGER,min_length REAL,"
+                "max_length REAL,mean_length REAL,median_length REAL,stdev_length REAL)"},
+    {"data", "CREATE TABLE data(date_id INTEGER,time_id INTEGER,name TEXT,sph1_x REAL,sph1_y REAL,"
+             "sph1_z REAL,sph2_x REAL,sph2_y REAL,sph2_z REAL,sph1_form REAL,sph2_form REAL,"
+             "tool_x REAL,tool_y REAL,tool_z REAL)"},
+};
+
+QString Statements::Delete_All(const TTable& table)
+{
+    return QString("DELETE FROM %1").arg(table.name);
+}
+
+QString Statements::Select_Date_Id(const QString& date)
+{
+    return QString("SELECT date_id FROM date WHERE entry='%1'").arg(Quoted(date));
+}
+
+QString Statements::Select_Dates()
+{
+    return "SELECT entry FROM date";
+}
+
+QString Statements::Insert_Date(const QString& date)
+{
+    return QString("INSERT INTO date (entry) VALUES ('%1')").arg(Quoted(date));
+}
+
+QString Statements::Select_Time_Id(int date_id, const QString& time)
+{
+    return QString("SELECT time_id FROM time WHERE date_id=%1 AND entry='%2'").arg(Id(date_id), Quoted(time));
+}
+
+QString Statements::Select_Time(int date_id, int time_id)
+{
+    return QString("SELECT entry FROM time WHERE date_id=%1 AND time_id=%2").arg(Id(date_id), Id(time_id));
+}
+
+QString Statements::Select_Times(int date_id)
+{
+    return QString("SELECT entry FROM time WHERE date_id=%1").arg(Id(date_id));
+}
+
+QString Statements::Insert_Time(int date_id, const QString& time)
+{
+    return QString("INSERT INTO time (date_id,entry) VALUES (%1,'%2')").arg(Id(date_id), Quoted(time));
+}
+
+QString Statements::Select_Positions(int date_id, int time_id)
+{
+    return QString("SELECT name,sph1_x,sph1_y,sph1_z,sph2_x,sph2_y,sph2_z,sph1_form,sph2_form,"
+                   "tool_x,tool_y,tool_z FROM data WHERE date_id=%1 AND time_id=%2")
+        .arg(Id(date_id), Id(time_id));
+}
+
+QString Statements::Delete_Positions(int date_id, int time_id)
+{
+    return QString("DELETE FROM data WHERE date_id=%1 AND time_id=%2").arg(Id(date_id), Id(time_id));
+}
+
+QString Statements::Insert_Position(int date_id, int time_id, const Types::TBallbar_Item& position)
+{
+    // Two templates, because one call fills nine placeholders at most. The quotes about the tool's x are
+    // harmless: the column's type makes a number of it.
+    static const QString centres = "INSERT INTO data (date_id,time_id,name,sph1_x,sph1_y,sph1_z,"
+                                   "sph2_x,sph2_y,sph2_z,sph1_form,sph2_form,tool_x,tool_y,tool_z) "
+                                   "VALUES(%1,%2,'%3',%4,%5,%6,%7,%8,%9";
+    static const QString rest = ",%1,%2,'%3',%4,%5)";
+    return centres.arg(Id(date_id), Id(time_id), Quoted(position.name), Position_Value(position.sph1.x),
+                       Position_Value(position.sph1.y), Position_Value(position.sph1.z),
+                       Position_Value(position.sph2.x), Position_Value(position.sph2.y),
+                       Position_Value(position.sph2.z)) +
+           rest.arg(Position_Value(position.sph1_form), Position_Value(position.sph2_form),
+                    Position_Value(position.tool.x), Position_Value(position.tool.y),
+                    Position_Value(position.tool.z));
+}
+
+QString Statements::Delete_Summary(int date_id, int time_id)
+{
+    return QString("DELETE FROM summary WHERE date_id=%1 AND time_id=%2").arg(Id(date_id), Id(time_id));
+}
+
+QString Statements::Insert_Summary(int date_id, int time_id, const TDatabaseItem& item)
+{
+    return QString("INSERT INTO summary (date_id,time_id,count,min_length,max_length,mean_length,"
+                   "median_length,stdev_length) VALUES(%1,%2,%3,%4,%5,%6,%7,%8)")
+        .arg(Id(date_id), Id(time_id), QString::number(item.Ballbar_Count()), Summary_Value(item.Minimum()),
+             Summary_Value(item.Maximum()), Summary_Value(item.Mean()), Summary_Value(item.Median()),
+             Summary_Value(item.Standard_Deviation()));
+}
+
+QString Statements::Begin()
+{
+    return "BEGIN TRANSACTION";
+}
+
+QString Statements::Commit()
+{
+    return "COMMIT";
+}
+
+QString Statements::Roll_Back()
+{
+    return "ROLLBACK";
+}
+
+QString Statements::Begin_Writing()
+{
+    return "BEGIN IMMEDIATE";
+}
+
+QString Statements::Copy_Into(const QString& file)
+{
+    return QString("VACUUM INTO '%1'").arg(Quoted(file));
+}
