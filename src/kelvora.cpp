@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kelvora.h"
 
+#include "databasedialog.h"
 #include "graphwidget.h"
 #include "icons.h"
 #include "machinewidget.h"
@@ -68,7 +69,7 @@ public:
 } // namespace
 
 TKelvora::TKelvora(QWidget const* parent, QFlags<Qt::WindowType> flags)
-    : QMainWindow(const_cast<QWidget*>(parent), flags), d_message_box(new TMessageBox(this))
+    : QMainWindow(const_cast<QWidget*>(parent), flags)
 {
     setAcceptDrops(true);
     setWindowTitle(tr("Kelvora"));
@@ -81,10 +82,9 @@ TKelvora::TKelvora(QWidget const* parent, QFlags<Qt::WindowType> flags)
     Create_Docks();
     Create_Menus();
     Apply_Settings(TSettings::Read(*d_settings));
+    Create_Dialogs();
     Update_Actions();
     Connect_Signals();
-    if (!QFileInfo(d_settings_directory).isWritable())
-        Show_Error(tr("Nothing can be stored in '%1'").arg(d_settings_directory));
 }
 
 void TKelvora::Create_Settings_Directory()
@@ -230,6 +230,16 @@ void TKelvora::Create_Menus()
     menuBar()->addMenu(tr("Help"))->addAction(d_about_action);
 }
 
+void TKelvora::Create_Dialogs()
+{
+    d_message_box = new TMessageBox(this);
+    d_database_dialog = new TDatabaseDialog(this);
+    if (!QFileInfo(d_settings_directory).isWritable())
+        Show_Error(tr("Settings cannot be stored in '%1'").arg(d_settings_directory));
+    if (!d_database_dialog->Connect_To_Database(d_settings_directory + QStringLiteral("/ballbar_data.db")))
+        Show_Error(d_database_dialog->Last_Error());
+}
+
 void TKelvora::Apply_Settings(const TSettings& settings)
 {
     const QRect geometry = Window_Geometry({settings.position, settings.size},
@@ -253,11 +263,14 @@ void TKelvora::Connect_Signals()
     connect(d_new_action, &QAction::triggered, this, &TKelvora::Menu_New);
     connect(d_import_action, &QAction::triggered, this, &TKelvora::Menu_Import_Ballbar);
     connect(d_quit_action, &QAction::triggered, this, &TKelvora::close);
+    connect(d_show_database_action, &QAction::triggered, this, &TKelvora::Menu_Show_Database);
+    connect(d_add_to_database_action, &QAction::triggered, this, &TKelvora::Menu_Add_To_Database);
     connect(d_about_action, &QAction::triggered, this, &TKelvora::Menu_About);
     connect(d_tolerance_widget, &TToleranceWidget::Tolerance_Changed, this, &TKelvora::Tolerance_Changed);
     connect(d_tolerance_widget, &TToleranceWidget::Sub_Tolerance_Changed, this, &TKelvora::Tolerance_Changed);
     connect(d_machine_widget, &TMachineWidget::Update_Machine, this, &TKelvora::Machine_Volume_Changed);
     connect(d_report, &TReportWidget::Line_Clicked, this, &TKelvora::Report_Line_Clicked);
+    connect(d_database_dialog, &TDatabaseDialog::Load_From_Database, this, &TKelvora::Load_From_Database);
 }
 
 void TKelvora::Save_Settings()
@@ -303,8 +316,7 @@ QString TKelvora::Choose_Measurement_File()
 void TKelvora::Update_Actions()
 {
     d_new_action->setEnabled(d_set_shown);
-    d_show_database_action->setEnabled(false);
-    d_add_to_database_action->setEnabled(false);
+    d_add_to_database_action->setEnabled(d_set_unsaved);
 }
 
 void TKelvora::Clear_Display()
@@ -320,6 +332,7 @@ void TKelvora::Clear_Display()
 void TKelvora::Show_Error(const QString& text)
 {
     d_report->appendPlainText(QStringLiteral("ERR:  %1").arg(text));
+    d_report->moveCursor(QTextCursor::End);
     d_analysis_tabs->setCurrentWidget(d_report); // behind the histogram nobody would read it
 }
 
@@ -336,6 +349,27 @@ void TKelvora::Menu_Import_Ballbar()
     const QString path = Choose_Measurement_File();
     if (!path.isEmpty())
         Import_Ballbar_Data(path);
+}
+
+void TKelvora::Menu_Add_To_Database()
+{
+    if (d_ballbar_data.Ballbar_Item_Count() == 0)
+        return;
+    TDatabaseItem database_item;
+    for (const Types::TBallbar_Item& item : d_ballbar_data.Ballbar_Items())
+        database_item.Add_Ballbar(item);
+    database_item.Update_Stats();
+    if (!d_database_dialog->Add_Database_Item(database_item)) {
+        Show_Error(d_database_dialog->Last_Error());
+        return;
+    }
+    d_set_unsaved = false;
+    Update_Actions();
+}
+
+void TKelvora::Menu_Show_Database()
+{
+    d_database_dialog->exec();
 }
 
 void TKelvora::Menu_About()
@@ -364,6 +398,21 @@ void TKelvora::Import_Ballbar_Data(QString const& path)
     Update_Display(true);
 }
 
+void TKelvora::Load_From_Database()
+{
+    d_ballbar_data.Clear();
+    const std::vector<Types::TBallbar_Item>& items = d_database_dialog->Ballbar_Items();
+    if (items.empty())
+        return;
+    for (const Types::TBallbar_Item& item : items)
+        d_ballbar_data.Add_Ballbar(item);
+    d_ballbar_data.Update_Stats();
+    d_set_shown = true;
+    d_set_unsaved = false;
+    Update_Actions();
+    Update_Display(true);
+}
+
 void TKelvora::Ballbar_Item_Clicked(int index)
 {
     if (index < 0) {
@@ -384,8 +433,14 @@ void TKelvora::Ballbar_Item_Clicked(int index)
 
 void TKelvora::Report_Line_Clicked(int line)
 {
-    const int index = line - d_first_position_line;
-    if (d_first_position_line >= 0 && index >= 0 && index < d_ballbar_data.Ballbar_Item_Count())
+    if (d_first_position_line >= 0 && line >= d_first_position_line)
+        Select_Position(line - d_first_position_line);
+}
+
+void TKelvora::Select_Position(int index)
+{
+    // The display may outlive its set: loading an empty set leaves it in place.
+    if (index < d_ballbar_data.Ballbar_Item_Count())
         Ballbar_Item_Clicked(index);
 }
 

@@ -10,6 +10,7 @@ class QAction;
 class QSettings;
 class QSplitter;
 class QTabWidget;
+class TDatabaseDialog;
 class TGraphWidget;
 class TMachineWidget;
 class TMeasurementWidget;
@@ -31,10 +32,18 @@ public slots:
     /// Clears what is shown. The set itself stays until the next import or load.
     void Menu_New();
     void Menu_Import_Ballbar();
+
+    /// Stores the set under the present date and time. A set that could not be stored stays unsaved, and the
+    /// report says why.
+    void Menu_Add_To_Database();
+    void Menu_Show_Database();
     void Menu_About();
 
     /// Replaces the set by the positions of a measurement file, or shows in the report why it cannot.
     void Import_Ballbar_Data(QString const& path);
+
+    /// Takes over the set that the database dialog has loaded; an empty one leaves the display alone.
+    void Load_From_Database();
 
     /// Shows the position at `index` of the set as the selected one; none for a negative index.
     void Ballbar_Item_Clicked(int index);
@@ -66,6 +75,7 @@ private:
     TToleranceWidget* d_tolerance_widget;
     TMeasurementWidget* d_measurement_widget;
     TMachineWidget* d_machine_widget;
+    TDatabaseDialog* d_database_dialog;
     TMessageBox* d_message_box;
     QSettings* d_settings;
     TGraphWidget* d_graph;
@@ -87,13 +97,17 @@ private:
     void Create_Docks();
     void Add_Dock(QWidget* panel, const QString& title, const char* object_name, Qt::DockWidgetArea area);
     void Create_Menus();
+    void Create_Dialogs();
     void Apply_Settings(const TSettings& settings);
     void Connect_Signals();
     void Save_Settings();
 
     void Update_Actions();
     void Clear_Display();
+
+    /// Appends "ERR:  " and the text to the report and brings it to the user's eyes.
     void Show_Error(const QString& text);
     void Show_Histogram(const THistogram& histogram);
     void Report_Line_Clicked(int line);
+    void Select_Position(int index);
 };
