@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: MIT
+#include "openglgeometryfactory.h"
+
+#include <cmath>
+#include <limits>
+
+namespace
+{
+
+/// Takes the plane z = 0 to the plane through `origin` with the unit vector `normal`. For the opposite normal
+/// the x axis turns round and the y axis stays, so that both sides of a disc share their rim to the last bit.
+TMat4 Frame(const TVector3& origin, const TVector3& normal)
+{
+    const bool near_x = std::fabs(normal.x) > 0.7;
+    TVector3 x_axis = (near_x ? TVector3(0.0, 1.0, 0.0) : TVector3(1.0, 0.0, 0.0)) * normal;
+    x_axis.Normal();
+    const TVector3 y_axis = normal * x_axis;
+
+    TMat4 frame;
+    for (int row = 0; row < 3; ++row) {
+        frame(4 * row) = x_axis(row);
+        frame(4 * row + 1) = y_axis(row);
+        frame(4 * row + 2) = normal(row);
+        frame(4 * row + 3) = origin(row);
+    }
+    return frame;
+}
+
+TVector3 Direction(const TMat4& frame, const TVector3& v)
+{
+    const TVector3 origin;
+    TVector3 direction = frame * v - frame * origin;
+    return direction.Normal();
+}
+
+} // namespace
+
+TVector3 TOpenGLGeometryFactory::Normalize_XY(const TVector3& v) const
+{
+    const double r = std::sqrt(v.x * v.x + v.y * v.y);
+    return {v.x / r, v.y / r, v.z};
+}
+
+TOpenGLGeometryFactory::TMesh TOpenGLGeometryFactory::RenderSphere(const TVector3& center,
+                                                                   const double& radius) const
+{
+    TMesh mesh;
+    if (d_level >= 0 && radius >= SMALLEST_LENGTH) {
+        mesh.reserve(size_t{24} << (2 * d_level));
+        RenderSphereTriangle({0, 0, 1}, {1, 0, 0}, {0, 1, 0}, center, radius, d_level, &mesh);
+    }
+    return mesh;
+}
+
+void TOpenGLGeometryFactory::RenderSphereTriangle(const TVector3& a, const TVector3& b, const TVector3& c,
+                                                  const TVector3& center, const double& radius, int level,
+                                                  TMesh* mesh) const
+{
+    if (level > 0) {
+        const TVector3 ab = (a + b) / 2.0;
+        const TVector3 bc = (b + c) / 2.0;
+        const TVector3 ca = (c + a) / 2.0;
+        RenderSphereTriangle(a, ab, ca, center, radius, level - 1, mesh);
+        RenderSphereTriangle(ab, b, bc, center, radius, level - 1, mesh);
+        RenderSphereTriangle(ab, bc, ca, center, radius, level - 1, mesh);
+        RenderSphereTriangle(bc, c, ca, center, radius, level - 1, mesh);
+        return;
+    }
+
+    TVector3 corners[3] = {a, b, c};
+    for (TVector3& corner : corners)
+        corner.Normal();
+    for (int octant = 0; octant < 8; ++octant) {
+        const TVector3 sign(octant & 1 ? -1 : 1, octant & 2 ? -1 : 1, octant & 4 ? -1 : 1);
+        const bool turned = sign.x * sign.y * sign.z < 0; // a mirror image runs the other way round
+        for (const int k : {0, turned ? 2 : 1, turned ? 1 : 2}) {
+            const TVector3 normal(sign.x * corners[k].x, sign.y * corners[k].y, sign.z * corners[k].z);
+            mesh->push_back({center + radius * normal, normal});
+        }
+    }
+}
+
+TOpenGLGeometryFactory::TMesh TOpenGLGeometryFactory::RenderCylinder(const TVector3& start,
+                                                                     const TVector3& end,
+                                                                     const double& start_radius,
+                                                                     const double& end_radius) const
+{
+    const double height = Length(end - start);
+    const bool start_is_tip = start_radius < SMALLEST_LENGTH;
+    const bool end_is_tip = end_radius < SMALLEST_LENGTH;
+    if (d_level < 0 || height < SMALLEST_LENGTH || (start_is_tip && end_is_tip))
+        return {};
+
+    const double r1 = start_is_tip ? 0.0 : start_radius;
+    const double r2 = end_is_tip ? 0.0 : end_radius;
+    const TVector3 axis = (end - start) / height;
+    const TMat4 start_frame = Frame(start, axis);
+    const TMat4 end_frame = Frame(end, axis);
+
+    TMesh mesh = RenderCircularPlane(start, axis * -1.0, r1);
+    const TMesh end_cap = RenderCircularPlane(end, axis, r2);
+    mesh.insert(mesh.end(), end_cap.begin(), end_cap.end());
+
+    const auto wall_vertex = [&](const TMat4& frame, double radius, const TVector3& rim) {
+        // The wall's normal leans towards the thinner end by the slope of the cone.
+        return TOpenGLTriangleVertex{frame * (radius * rim),
+                                     Direction(start_frame, {height * rim.x, height * rim.y, r1 - r2})};
+    };
+    const std::vector<TVector3> circle = Unit_Circle();
+    for (size_t i = 0; i < circle.size(); ++i) {
+        const TVector3& from = circle[i];
+        const TVector3& to = circle[(i + 1) % circle.size()];
+        if (!start_is_tip)
+            mesh.insert(mesh.end(), {wall_vertex(start_frame, r1, from), wall_vertex(start_frame, r1, to),
+                                     wall_vertex(end_frame, r2, to)});
+        if (!end_is_tip)
+            mesh.insert(mesh.end(), {wall_vertex(start_frame, r1, from), wall_vertex(end_frame, r2, to),
+                                     wall_vertex(end_frame, r2, from)});
+    }
+    return mesh;
+}
+
+TOpenGLGeometryFactory::TMesh TOpenGLGeometryFactory::RenderPlane(const TVector3& a, const TVector3& b,
+                                                                  const TVector3& c, const TVector3& d) const
+{
+    TMesh mesh;
+    RenderPlaneTriangle(a, b, c, &mesh);
+    RenderPlaneTriangle(a, c, d, &mesh);
+    return mesh;
+}
+
+void TOpenGLGeometryFactory::RenderPlaneTriangle(const TVector3& a, const TVector3& b, const TVector3& c,
+                                                 TMesh* mesh) const
+{
+    TVector3 normal = (b - a) * (c - a);
+    if (!(Length(normal) > std::numeric_limits<double>::epsilon()))
+        return;
+    normal.Normal();
+    mesh->insert(mesh->end(), {{a, normal}, {b, normal}, {c, normal}});
+}
+
+TOpenGLGeometryFactory::TMesh TOpenGLGeometryFactory::RenderCircularPlane(const TVector3& center,
+                                                                          const TVector3& normal,
+                                                                          const double& radius) const
+{
+    return Render_Fan(center, normal, radius, Unit_Circle());
+}
+
+void TOpenGLGeometryFactory::RenderCircleTriangle(const TMat4& frame, const TVector3& a, const TVector3& b,
+                                                  const double& radius, TMesh* mesh) const
+{
+    const TVector3 normal(frame(2), frame(6), frame(10));
+    for (const TVector3& corner : {TVector3(), radius * a, radius * b})
+        mesh->push_back({frame * corner, normal});
+}
+
+TOpenGLGeometryFactory::TMesh TOpenGLGeometryFactory::RenderPolygon(const TVector3& center,
+                                                                    const TVector3& normal,
+                                                                    const double& radius, int sides) const
+{
+    if (sides < 3)
+        return {};
+    std::vector<TVector3> rim;
+    const double step = 2.0 * std::acos(-1.0) / sides;
+    for (int i = 0; i < sides; ++i)
+        rim.emplace_back(std::cos(i * step), std::sin(i * step), 0.0);
+    return Render_Fan(center, normal, radius, rim);
+}
+
+// The corners of the circle, made by halving one quadrant and turning it, so that the set of points is
+// mirrored exactly in both axes.
+std::vector<TVector3> TOpenGLGeometryFactory::Unit_Circle() const
+{
+    if (d_level < 0)
+        return {};
+    std::vector<TVector3> quadrant{{1, 0, 0}, {0, 1, 0}};
+    for (int level = 0; level < d_level; ++level)
+        for (size_t i = quadrant.size() - 1; i > 0; --i)
+            quadrant.insert(quadrant.begin() + static_cast<std::ptrdiff_t>(i),
+                            Normalize_XY((quadrant[i - 1] + quadrant[i]) / 2.0));
+    quadrant.pop_back();
+
+    std::vector<TVector3> circle;
+    for (int turn = 0; turn < 4; ++turn) {
+        circle.insert(circle.end(), quadrant.begin(), quadrant.end());
+        for (TVector3& point : quadrant)
+            point = {-point.y, point.x, 0.0};
+    }
+    return circle;
+}
+
+TOpenGLGeometryFactory::TMesh TOpenGLGeometryFactory::Render_Fan(const TVector3& center,
+                                                                 const TVector3& normal, const double& radius,
+                                                                 const std::vector<TVector3>& rim) const
+{
+    TMesh mesh;
+    const double length = Length(normal);
+    if (radius < SMALLEST_LENGTH || length < SMALLEST_LENGTH)
+        return mesh;
+    const TMat4 frame = Frame(center, normal / length);
+    for (size_t i = 0; i < rim.size(); ++i)
+        RenderCircleTriangle(frame, rim[i], rim[(i + 1) % rim.size()], radius, &mesh);
+    return mesh;
+}
