@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The frame of every test program: its own home directory, then the application object, then the tests.
+#include "openglwidget.h"
+
 #include <QApplication>
+#include <QSurfaceFormat>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -9,6 +12,7 @@ int main(int argc, char* argv[])
 {
     const QTemporaryDir home;
     qputenv("HOME", home.path().toLocal8Bit());
+    QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
     QApplication application(argc, argv);
     testing::InitGoogleMock(&argc, argv);
     testing::GTEST_FLAG(death_test_style) = "threadsafe";

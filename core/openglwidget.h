@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "camera.h"
+#include "mat4.h"
+#include "vector3.h"
+
+#include <QOpenGLFunctions>
+#include <QOpenGLWidget>
+#include <QPoint>
+#include <QRect>
+
+#include <vector>
+
+class QRubberBand;
+
+/// An OpenGL view with its own camera: turns mouse drags into rotation, panning and zooming, fits the scene
+/// to the viewport and reports the model point under a click. It draws nothing itself; a subclass fills the
+/// hooks.
+///
+/// The camera lives in OpenGL's matrix stacks: it is read from there, changed as a TCamera and loaded again.
+/// Every position and size here is in device pixels; widget coordinates have their origin top left (y down),
+/// viewport coordinates bottom left (y up). Before the first show there is no OpenGL: commands then do
+/// nothing.
+class TOpenGLWidget : public QOpenGLWidget, protected QOpenGLFunctions
+{
+    Q_OBJECT
+
+public:
+    /// A volume that a click can hit.
+    struct TSelectionItemType
+    {
+        TVector3 first_point;     ///< segment start, or one corner of a box
+        TVector3 second_point;    ///< segment end, or the opposite corner
+        TVector3 first_direction; ///< normals of the three pairs of faces, of a box only
+        TVector3 second_direction;
+        TVector3 third_direction;
+        int identifier{-1}; ///< what a hit reports
+        int kind{SEGMENT};
+
+        static constexpr int BOX = 0;
+        static constexpr int SEGMENT = 1;
+    };
+
+    explicit TOpenGLWidget(const QWidget* parent = nullptr, Qt::WindowFlags flags = {});
+
+    /// What QSurfaceFormat::setDefaultFormat must be given before the application object is made: matrix
+    /// stacks need a compatibility profile (3.0 or newer would give a core one), picking a depth buffer that
+    /// can be read back (no multisampling).
+    static QSurfaceFormat Default_Format();
+
+    /// The major version of the OpenGL there is, 0 when there is none (the texts then stay as they are).
+    static int Get_OpenGL_Version_Major(QString* version_text, QString* extensions_text);
+
+    void Convert_To_GLViewport(short* x, short* y);
+    /// Viewport pixel to the eye plane, in model units; the rotation is not undone.
+    void Convert_GLViewport_ToModel(short x, short y, double* model_x, double* model_y);
+    /// Depth (0 to 1) under a viewport pixel, which must be inside (assertion). On the background the mean
+    /// depth of what is drawn nearby, 1.0 when there is nothing.
+    double Get_GLPixel_Depth(short x, short y);
+
+    void Set_Rotation_Center();
+    /// Turns the model by `angle` radians about an axis of any length above 1e-6.
+    void Rotate_Model(const TVector3& axis, const double& angle);
+    void Mousewheel_Zoom(int delta);
+    void Click_Zoom(short x, short y);
+    void Zoom_To_Rect(const QRect& rect);
+
+    /// A fit pass: between begin and end every point that must be visible goes through Process_Vertex.
+    void Begin_Fit_To_Viewport();
+    void Process_Vertex(const TVector3& v);
+    void End_Fit_To_Viewport();
+
+    /// Appends a copy. Unknown kinds are ignored; the directions of a box are turned along its diagonal and
+    /// normalised, a degenerate box gets those of the axes.
+    void AddSelectionItem(const TSelectionItemType& item);
+    TSelectionItemType Selection_Item(int offset) const;
+    /// The offset of the item a model point belongs to, -1 for none: the first box around it, otherwise the
+    /// segment whose line is nearest among those whose end planes enclose it.
+    int Find_Selection(const TVector3& point) const;
+    /// True strictly between the planes through a and b with that normal.
+    bool Is_Point_Between(const TVector3& point, const TVector3& a, const TVector3& b,
+                          const TVector3& direction) const;
+    /// The widget pixel that shows a model point.
+    void Point_Raster_Position(int* x, int* y, const TVector3& point);
+    /// Reports what the viewport pixel shows; silent on the background.
+    void Process_Mouse_Click(short x, short y);
+
+signals:
+    /// A click on something drawn: the model point and the identifier of its item, -1 for none.
+    void Model_Click_Point(const double& x, const double& y, const double& z, int item);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void initializeGL() override;
+    void resizeGL(int width, int height) override;
+    void paintGL() override;
+
+    virtual void GLInit();
+    virtual void GLResize(int width, int height);
+    virtual void GLRender();
+
+    /// Makes the context current; false before the first show, when there is none.
+    bool Make_Current();
+    /// What OpenGL holds now; the context must be current.
+    TCamera Read_Camera();
+
+    TMat4 d_ModelMatrix;
+    TMat4 d_ProjectionMatrix;
+    TMat4 d_FitMatrix; ///< model to eye during a fit pass
+    TVector3 d_FitMinimum;
+    TVector3 d_FitMaximum;
+    QPoint d_PressPosition;    ///< widget coordinates
+    QPoint d_LastDragPosition; ///< viewport coordinates
+    bool d_MouseMoved{false};
+    bool d_RubberBandActive{false};
+    QRect d_RubberBandRect; ///< widget coordinates
+    QRubberBand* d_RubberBand{nullptr};
+    bool d_ShiftKeyDown{false};
+    bool d_ControlKeyDown{false};
+    int d_HalfWidth{0};
+    int d_HalfHeight{0};
+    TVector3 d_RotationCenter; ///< negated model point
+public:
+    bool d_FitRequested{true}; ///< fit the scene in the next paint
+protected:
+    bool d_FitActive{false};
+    bool d_FitFirstVertex{false};
+
+public:
+    /// What a right drag does: the owner sets exactly one.
+    bool d_PanMode{false};
+    bool d_Rotate2dMode{false};
+    bool d_Rotate3dMode{false};
+
+protected:
+    std::vector<TSelectionItemType> d_SelectionItems;
+
+private:
+    QPoint Device_Position(const QPointF& local) const;
+    void Load_Model(const TMat4& model);
+    void Load_Projection(const TMat4& projection);
+    void Zoom(double factor);
+    void Drag_View(const QPoint& position, Qt::KeyboardModifiers modifiers);
+    void Drag_Rubber_Band(const QPoint& position);
+    void Show_Rubber_Band();
+    void Note_Modifier_Key(int key, bool down);
+};
