@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Report and display of sets of growing size, without the 3-D view: the time per position should not grow.
 #include "kelvora.h"
+#include "openglwidget.h"
 #include "ratio.h"
 #include "report.h"
 
 #include <QApplication>
+#include <QSurfaceFormat>
 #include <QTabWidget>
 #include <QTemporaryDir>
 
@@ -33,6 +35,7 @@ int main(int argc, char* argv[])
     const QTemporaryDir directory;
     qputenv("HOME", directory.path().toLocal8Bit());
     Q_INIT_RESOURCE(kelvora);
+    QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
     QApplication application(argc, argv);
     TKelvora window;
     window.show();

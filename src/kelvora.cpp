@@ -7,6 +7,7 @@
 #include "machinewidget.h"
 #include "measurementwidget.h"
 #include "messagebox.h"
+#include "opengldisplaywidget.h"
 #include "report.h"
 #include "reportwidget.h"
 #include "tolerancewidget.h"
@@ -17,7 +18,6 @@
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QFrame>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QLabel>
@@ -136,9 +136,8 @@ void TKelvora::Create_Central_Widget()
     auto* central = new QWidget(this);
     d_splitter = new QSplitter(Qt::Vertical, central);
     d_splitter->setObjectName(QStringLiteral("splitter"));
-    auto* display_frame = new QFrame(d_splitter); // the place of the 3-D view
-    display_frame->setFrameShape(QFrame::Box);
-    d_splitter->addWidget(display_frame);
+    d_display = new TOpenGLDisplayWidget(d_splitter);
+    d_splitter->addWidget(d_display);
     d_splitter->addWidget(Create_Analysis_Pane());
     Create_Grid(central)->addWidget(d_splitter, 0, 0);
     setCentralWidget(central);
@@ -269,6 +268,7 @@ void TKelvora::Connect_Signals()
     connect(d_tolerance_widget, &TToleranceWidget::Tolerance_Changed, this, &TKelvora::Tolerance_Changed);
     connect(d_tolerance_widget, &TToleranceWidget::Sub_Tolerance_Changed, this, &TKelvora::Tolerance_Changed);
     connect(d_machine_widget, &TMachineWidget::Update_Machine, this, &TKelvora::Machine_Volume_Changed);
+    connect(d_display, &TOpenGLDisplayWidget::Ballbar_Item_Clicked, this, &TKelvora::Select_Position);
     connect(d_report, &TReportWidget::Line_Clicked, this, &TKelvora::Report_Line_Clicked);
     connect(d_database_dialog, &TDatabaseDialog::Load_From_Database, this, &TKelvora::Load_From_Database);
 }
@@ -321,9 +321,11 @@ void TKelvora::Update_Actions()
 
 void TKelvora::Clear_Display()
 {
+    d_display->Clear_BallBars();
     d_graph->DeleteDataSets();
     d_report->clear();
     d_first_position_line = -1;
+    d_display->Update(false);
     d_graph->UpdateGraph();
     d_measurement_widget->Enable_Display(false);
     d_tolerance_widget->Enable_Results(false);
@@ -429,6 +431,8 @@ void TKelvora::Ballbar_Item_Clicked(int index)
     d_measurement_widget->Set_Sphere1(item.sph1, item.sph1_form);
     d_measurement_widget->Set_Sphere2(item.sph2, item.sph2_form);
     d_measurement_widget->Set_Probe(item.tool);
+    d_display->Clear_Selection();
+    d_display->Set_Selection(index);
 }
 
 void TKelvora::Report_Line_Clicked(int line)
@@ -453,7 +457,7 @@ void TKelvora::Tolerance_Changed()
     Update_Display(false);
 }
 
-void TKelvora::Update_Display(bool /*reset_view*/)
+void TKelvora::Update_Display(bool reset_view)
 {
     if (d_ballbar_data.Ballbar_Item_Count() == 0)
         return;
@@ -465,8 +469,21 @@ void TKelvora::Update_Display(bool /*reset_view*/)
                                     d_ballbar_data.Median_Length());
     d_report->setPlainText(report.text); // leaves the cursor, and so the view, at the start
     d_first_position_line = report.first_position_line;
+    Show_Bars(report);
+    d_display->Update(reset_view);
     Show_Histogram(report.histogram);
     d_measurement_widget->Enable_Display(false);
+}
+
+void TKelvora::Show_Bars(const TReport& report)
+{
+    d_display->Clear_BallBars();
+    int index = 0;
+    for (const Types::TBallbar_Item& item : d_ballbar_data.Ballbar_Items()) {
+        const TPositionFlags& flags = report.flags[static_cast<size_t>(index)];
+        d_display->Add_BallBar(index++, item.name, item.sph1, item.sph2, item.tool, flags.outside_tolerance,
+                               flags.inside_sub_tolerance);
+    }
 }
 
 void TKelvora::Show_Histogram(const THistogram& histogram)

@@ -15,9 +15,11 @@ class TGraphWidget;
 class TMachineWidget;
 class TMeasurementWidget;
 class TMessageBox;
+class TOpenGLDisplayWidget;
 class TReportWidget;
 class TToleranceWidget;
 struct THistogram;
+struct TReport;
 
 /// The main window. It builds and connects the parts and hands the measurement set to them; what it shows is
 /// computed elsewhere.
@@ -78,6 +80,7 @@ private:
     TDatabaseDialog* d_database_dialog;
     TMessageBox* d_message_box;
     QSettings* d_settings;
+    TOpenGLDisplayWidget* d_display;
     TGraphWidget* d_graph;
     QTabWidget* d_analysis_tabs;
 
@@ -107,6 +110,7 @@ private:
 
     /// Appends "ERR:  " and the text to the report and brings it to the user's eyes.
     void Show_Error(const QString& text);
+    void Show_Bars(const TReport& report);
     void Show_Histogram(const THistogram& histogram);
     void Report_Line_Clicked(int line);
     void Select_Position(int index);

@@ -1,19 +1,22 @@
 // SPDX-License-Identifier: MIT
+#include "icons.h"
 #include "kelvora.h"
+#include "openglwidget.h"
 
 #include <QApplication>
-#include <QIcon>
+#include <QSurfaceFormat>
 
 namespace
 {
 
 int Run(int argc, char* argv[])
 {
+    QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kelvora"));
     QApplication::setDesktopFileName(QStringLiteral("kelvora"));
     QApplication::setStyle(QStringLiteral("fusion"));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/images/kelvora.png")));
+    QApplication::setWindowIcon(Load_Icon(QStringLiteral(":/images/kelvora.png")));
     TKelvora window;
     window.show();
     return QApplication::exec();

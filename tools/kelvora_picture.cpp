@@ -2,6 +2,7 @@
 // Runs the program's own main window without a user: imports a measurement file, prints the report and
 // leaves a picture of the window. For machines without a display (on a virtual one) and for the documents.
 #include "kelvora.h"
+#include "openglwidget.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -10,6 +11,7 @@
 #include <QPixmap>
 #include <QPlainTextEdit>
 #include <QScreen>
+#include <QSurfaceFormat>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -80,6 +82,7 @@ int main(int argc, char* argv[])
     const QTemporaryDir home; // leaves the user's own settings alone
     qputenv("HOME", home.path().toLocal8Bit());
     Q_INIT_RESOURCE(kelvora);
+    QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
     QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("fusion"));
 
