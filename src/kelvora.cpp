@@ -450,6 +450,10 @@ void TKelvora::Select_Position(int index)
 
 void TKelvora::Machine_Volume_Changed()
 {
+    const TMachineWidget::TDimensions machine = d_machine_widget->Machine_Dimensions();
+    d_display->Define_Machine_Volume({machine.x_min, machine.y_min, machine.z_min},
+                                     {machine.x_max, machine.y_max, machine.z_max});
+    d_display->Update(false);
 }
 
 void TKelvora::Tolerance_Changed()
