@@ -54,7 +54,7 @@ TMesh Sliver(const TVector3& start, const TVector3& end, double radius)
 
 double BallBarMeshes::Sphere_Radius(double bar_length)
 {
-    return std::max(std::clamp(0.04 * bar_length, 5.0, 30.0), 0.01 * bar_length);
+    return std::max(std::clamp(0.05 * bar_length, 6.0, 40.0), 0.01 * bar_length);
 }
 
 int BallBarMeshes::Level(size_t bar_count)
@@ -73,7 +73,7 @@ BallBarMeshes::TMeshes BallBarMeshes::Build(const TVector3& sphere1, const TVect
     if (!Is_Drawable(sphere1) || !Is_Drawable(sphere2) || !Is_Drawable(probe))
         return meshes;
     const double sphere_radius = Sphere_Radius(Length(sphere2 - sphere1));
-    const double rod_radius = 0.4 * sphere_radius;
+    const double rod_radius = 0.5 * sphere_radius;
     if (level < 0) {
         meshes[ROD] = Sliver(sphere1, sphere2, rod_radius);
         return meshes;

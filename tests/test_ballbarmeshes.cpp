@@ -34,7 +34,7 @@ TEST(BallBarMeshes, SpheresSuitTheBar)
     const struct
     {
         double length, radius;
-    } rows[] = {{0, 5}, {1e-9, 5}, {100, 5}, {500, 20}, {750, 30}, {2000, 30}, {3000, 30}, {1e9, 1e7}};
+    } rows[] = {{0, 6}, {1e-9, 6}, {100, 6}, {500, 25}, {800, 40}, {2000, 40}, {4000, 40}, {1e9, 1e7}};
     for (const auto& row : rows)
         EXPECT_DOUBLE_EQ(Sphere_Radius(row.length), row.radius) << row.length;
 }
@@ -50,8 +50,8 @@ TEST(BallBarMeshes, ProbeTouchesEachSphere)
         ruby_low = std::min(ruby_low, vertex.position.z);
     for (const auto& vertex : meshes[STEMS])
         stem_high = std::max(stem_high, vertex.position.z);
-    EXPECT_NEAR(ruby_low, 100 + 20, 1e-9);           // on the sphere's top, the head being above
-    EXPECT_NEAR(stem_high, 100 + 20 + 8 + 80, 1e-9); // as long as the offset
+    EXPECT_NEAR(ruby_low, 100 + 25, 1e-9);            // on the sphere's top, the head being above
+    EXPECT_NEAR(stem_high, 100 + 25 + 10 + 80, 1e-9); // as long as the offset
     for (const auto& mesh : meshes)
         EXPECT_GT(Volume(mesh), 0.0);
 

@@ -150,7 +150,7 @@ TEST_F(OpenGLDisplay, ColoursOfEveryState)
         on_sphere.Normal();
         const TVector3 on_rod = Front_Normal({1, 0, 0});
         const QVector3D sphere = Color(picture.pixel(Pixel(sphere1 + radius * on_sphere)));
-        const QVector3D rod = Color(picture.pixel(Pixel((sphere1 + sphere2) / 2.0 + 0.4 * radius * on_rod)));
+        const QVector3D rod = Color(picture.pixel(Pixel((sphere1 + sphere2) / 2.0 + 0.5 * radius * on_rod)));
         EXPECT_LT((sphere - Shade(row.spheres, row.alpha, 0.3, on_sphere)).length(), 6);
         EXPECT_LT((rod - Shade(row.rod, row.alpha, 0.1, on_rod)).length(), 6);
         // The probe shows on the selected bar alone, opaque in either case.

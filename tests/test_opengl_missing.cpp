@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+// Run where OpenGL is too old or missing.
+#include "opengldisplay.h"
+#include "opengldisplaywidget.h"
+
+#include <QLabel>
+#include <QTest>
+#include <QToolButton>
+
+#include <gtest/gtest.h>
+
+TEST(OpenGLMissing, MessageInsteadOfTheView)
+{
+    QString version;
+    QString extensions(QStringLiteral("unchanged"));
+    const int major = TOpenGLWidget::Get_OpenGL_Version_Major(&version, &extensions);
+    ASSERT_LT(major, 2);
+    const bool old = major == 1;
+    EXPECT_EQ(version.startsWith(QLatin1String("1.4")), old);
+    EXPECT_EQ(extensions == QLatin1String("unchanged"), !old);
+
+    TOpenGLDisplayWidget frame;
+    EXPECT_EQ(frame.findChild<TOpenGLDisplay*>(), nullptr);
+    const auto* message = frame.findChild<QLabel*>();
+    ASSERT_NE(message, nullptr);
+    EXPECT_EQ(
+        message->text(),
+        QStringLiteral(
+            "<html><head/><body>"
+            "<p><span style=\" font-weight:700;\">ERR:  OpenGL version not supported.  No graphical display "
+            "will be shown.</span></p>"
+            "<p><span style=\" font-weight:500; text-decoration: underline;\">OpenGL Version Text:</span></p>"
+            "<p>%1</p>"
+            "<p><span style=\" font-weight:500; text-decoration: underline;\">OpenGL Extensions:</span></p>"
+            "<p>%2</p>"
+            "</body></html>")
+            .arg(old ? version : QString(), old ? extensions : QString()));
+
+    frame.resize(600, 400);
+    frame.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&frame));
+    EXPECT_EQ(frame.height(), 400); // a long list of extensions does not stretch the window
+    frame.Add_BallBar(0, QStringLiteral("A"), {0, 0, 0}, {1, 1, 1}, {0, 0, 1}, true, true);
+    frame.Define_Machine_Volume({0, 0, 0}, {1, 1, 1});
+    frame.Set_Selection(0);
+    frame.Clear_Selection();
+    frame.Clear_BallBars();
+    frame.Update(true);
+    for (QToolButton* button : frame.findChildren<QToolButton*>())
+        button->click();
+    EXPECT_TRUE(frame.findChild<QToolButton*>(QStringLiteral("tb_rotate3d"))->isChecked());
+}
