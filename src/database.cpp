@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "database.h"
 
-#include "databasestatements.h"
 #include "keptcopies.h"
 
 #include <QFile>
@@ -10,12 +9,16 @@
 #include <QSqlQuery>
 #include <QVariant>
 
+#include <algorithm>
 #include <cassert>
 
 namespace
 {
 
 const char* const DRIVER = "QSQLITE";
+const char* const BUSY = "5"; // SQLite's code for a database that another process has locked
+
+constexpr Statements::TRows NO_ROWS{std::numeric_limits<qint64>::max(), std::numeric_limits<qint64>::min()};
 
 // The row of Statements::Select_Positions().
 Types::TBallbar_Item Position_Of(const QSqlQuery& row)
@@ -71,6 +74,8 @@ bool TDatabase::Connect(const QString& file)
         return Fail(error);
     }
     d_database_file_name = file;
+    d_waits_for_locks = true;
+    Forget_Rows();
     return true;
 }
 
@@ -82,7 +87,7 @@ bool TDatabase::Initialize()
     const QStringList tables = d_database->tables();
     for (const Statements::TTable& table : Statements::TABLES) {
         QSqlQuery query = Query();
-        if (!tables.contains(table.name, Qt::CaseInsensitive) && !Run(&query, table.create))
+        if (!tables.contains(table.name, Qt::CaseInsensitive) && !Execute(&query, table.create))
             return Fail(QString("Cannot create table '%1(...)'").arg(table.name));
     }
     return true;
@@ -105,6 +110,7 @@ void TDatabase::Clear()
 {
     if (!Is_Connected())
         return;
+    Forget_Rows();
     Change_Or_Not(Statements::Roll_Back());
     for (const Statements::TTable& table : Statements::TABLES)
         Change_Or_Not(Statements::Delete_All(table));
@@ -136,6 +142,15 @@ bool TDatabase::Keep_Copy()
     return true;
 }
 
+void TDatabase::Set_Synchronous(bool synchronous)
+{
+    if (!Is_Connected())
+        return;
+    Change_Or_Not(Statements::Set_Synchronous(synchronous));
+    if (synchronous)
+        Change_Or_Not(Statements::Touch()); // what is written before a change reaches the disk with it
+}
+
 int TDatabase::Date_Id(const QString& date) const
 {
     return First_Id(Statements::Select_Date_Id(date), "Date not found.");
@@ -158,7 +173,7 @@ bool TDatabase::Time_Exists(const QString& date, const QString& time) const
     if (time_id < 0)
         return false;
     QSqlQuery query = Query();
-    return Run(&query, Statements::Select_Time(date_id, time_id)) && query.next();
+    return Execute(&query, Statements::Select_Time(date_id, time_id)) && query.next();
 }
 
 QStringList TDatabase::Date_List(bool* valid) const
@@ -185,7 +200,7 @@ TDatabaseItem TDatabase::Database_Item(const QString& date, const QString& time,
         return item;
 
     QSqlQuery query = Query();
-    if (!Run(&query, Statements::Select_Positions(date_id, time_id)))
+    if (!Execute(&query, Statements::Select_Positions(date_id, time_id, Rows_Of(date_id, time_id))))
         return item;
     while (query.next())
         item.Add_Ballbar(Position_Of(query));
@@ -222,21 +237,36 @@ bool TDatabase::Add_Database_Item(const TDatabaseItem& item)
     if (time_id < 0)
         return false;
 
-    return Change(Statements::Delete_Positions(date_id, time_id), "Cannot delete existing ballbar data") &&
-           Add_Positions(date_id, time_id, item) &&
+    return Replace_Positions(date_id, time_id, item) &&
            Change(Statements::Delete_Summary(date_id, time_id), "Cannot delete existing summary data") &&
            Change(Statements::Insert_Summary(date_id, time_id, item), "Cannot add data to table 'summary'");
 }
 
+bool TDatabase::Replace_Positions(int date_id, int time_id, const TDatabaseItem& item)
+{
+    const bool replaced = Change(Statements::Delete_Positions(date_id, time_id, Rows_Of(date_id, time_id)),
+                                 "Cannot delete existing ballbar data") &&
+                          Insert_Positions(date_id, time_id, item);
+    if (!replaced)
+        Forget_Rows();
+    return replaced;
+}
+
 // Where a position is refused the transaction stays open: the next change rolls it back.
-bool TDatabase::Add_Positions(int date_id, int time_id, const TDatabaseItem& item)
+bool TDatabase::Insert_Positions(int date_id, int time_id, const TDatabaseItem& item)
 {
     const QString failure = "Cannot add data to table 'data'";
     Change_Or_Not(Statements::Begin());
+    Statements::TRows rows = NO_ROWS;
+    QSqlQuery query = Query();
     for (const Types::TBallbar_Item& position : item.Ballbar_Items()) {
-        if (!Change(Statements::Insert_Position(date_id, time_id, position), failure))
+        if (!Change(&query, Statements::Insert_Position(date_id, time_id, position), failure))
             return false;
+        rows.last = query.lastInsertId().toLongLong();
+        rows.first = std::min(rows.first, rows.last);
     }
+    if (d_rows)
+        d_rows->insert_or_assign({date_id, time_id}, rows);
     // Unlike a failed begin, a failed commit would lose the set.
     return Change(Statements::Commit(), failure);
 }
@@ -261,23 +291,46 @@ QSqlQuery TDatabase::Query() const
     return query;
 }
 
-// Every statement runs here, and a failure leaves the driver's words.
-bool TDatabase::Run(QSqlQuery* query, const QString& statement) const
+// Every statement runs here, and a failure leaves the driver's words. After one that waited for a lock in
+// vain the others do not wait until one succeeds, or a thousand reads would hold up the window for minutes.
+bool TDatabase::Execute(QSqlQuery* query, const QString& statement) const
 {
-    return query->exec(statement) || Fail(query->lastError().text());
+    const bool good = query->exec(statement);
+    if (good && !d_waits_for_locks)
+        Wait_For_Locks(true);
+    if (good)
+        return true;
+    const QSqlError error = query->lastError();
+    if (error.nativeErrorCode() == BUSY && d_waits_for_locks)
+        Wait_For_Locks(false);
+    return Fail(error.text());
+}
+
+void TDatabase::Wait_For_Locks(bool wait) const
+{
+    d_waits_for_locks = wait;
+    Query().exec(Statements::Set_Busy_Timeout(wait ? BUSY_TIMEOUT : 0));
 }
 
 // A statement that must succeed, or `failure` and the driver's words become the last error.
+bool TDatabase::Change(QSqlQuery* query, const QString& statement, const QString& failure)
+{
+    return Execute(query, statement) || Fail(failure + ".  Reason: " + d_last_error);
+}
+
 bool TDatabase::Change(const QString& statement, const QString& failure)
 {
     QSqlQuery query = Query();
-    return query.exec(statement) || Fail(failure + ".  Reason: " + query.lastError().text());
+    return Change(&query, statement, failure);
 }
 
-// A statement that may fail.
+// A statement that may fail without a word.
 void TDatabase::Change_Or_Not(const QString& statement)
 {
-    Query().exec(statement);
+    const QString last_error = d_last_error;
+    QSqlQuery query = Query();
+    if (!Execute(&query, statement))
+        d_last_error = last_error;
 }
 
 int TDatabase::First_Id(const QString& statement, const QString& failure) const
@@ -287,7 +340,7 @@ int TDatabase::First_Id(const QString& statement, const QString& failure) const
         return -1;
     }
     QSqlQuery query = Query();
-    if (query.exec(statement) && query.next())
+    if (Execute(&query, statement) && query.next())
         return query.value(0).toInt();
     Fail(failure);
     return -1;
@@ -303,8 +356,46 @@ QStringList TDatabase::First_Column(const QString& statement, bool* valid) const
         return texts;
     }
     QSqlQuery query = Query();
-    *valid = Run(&query, statement);
+    *valid = Execute(&query, statement);
     while (query.next())
         texts.append(query.value(0).toString());
     return texts;
+}
+
+// Without indexes each look-up of a set's positions scans the whole table. From the second one on it pays to
+// find the rows of all sets in one pass. Our own saves keep that up to date, the version tells of others'.
+Statements::TRows TDatabase::Rows_Of(int date_id, int time_id) const
+{
+    QSqlQuery query = Query();
+    const bool known = Execute(&query, Statements::Select_Version()) && query.next();
+    const qint64 version = known ? query.value(0).toLongLong() : -1;
+    if (version != d_rows_version)
+        Forget_Rows();
+    d_rows_version = version;
+    if (known && d_rows_wanted && !d_rows)
+        Find_Rows();
+    d_rows_wanted = true;
+    if (!d_rows)
+        return {};
+    const auto rows = d_rows->find({date_id, time_id});
+    return rows == d_rows->end() ? NO_ROWS : rows->second;
+}
+
+void TDatabase::Find_Rows() const
+{
+    QSqlQuery query = Query();
+    if (!Execute(&query, Statements::Select_Rows()))
+        return;
+    TRowMap rows;
+    while (query.next())
+        rows[{query.value(0).toInt(), query.value(1).toInt()}] = {query.value(2).toLongLong(),
+                                                                  query.value(3).toLongLong()};
+    if (!query.lastError().isValid())
+        d_rows = std::move(rows);
+}
+
+void TDatabase::Forget_Rows() const
+{
+    d_rows.reset();
+    d_rows_wanted = false;
 }

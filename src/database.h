@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "databaseitem.h"
+#include "databasestatements.h"
 
 #include <QStringList>
 
+#include <map>
 #include <memory>
+#include <optional>
+#include <utility>
 
 class QSqlDatabase;
 class QSqlQuery;
@@ -40,6 +43,11 @@ public:
     /// the database cannot be written just now, so that a success allows to replace its content.
     bool Keep_Copy();
 
+    /// Whether a change is on the disk when its call returns; so from Connect() on. Without it many changes
+    /// in a row are quick and survive the end of the program, but not a power failure. Switched on again,
+    /// everything is brought to the disk.
+    void Set_Synchronous(bool synchronous);
+
     /// Row identifiers, -1 where there is none.
     int Date_Id(const QString& date) const;
     int Time_Id(int date_id, const QString& time) const;
@@ -60,19 +68,31 @@ public:
     const QString& Last_Error() const { return d_last_error; }
 
 private:
+    /// The rows of each set's positions by date and time id.
+    using TRowMap = std::map<std::pair<int, int>, Statements::TRows>;
+
     bool Fail(const QString& error) const;
     void Remove_Connection();
     QSqlQuery Query() const;
-    bool Run(QSqlQuery* query, const QString& statement) const;
+    bool Execute(QSqlQuery* query, const QString& statement) const;
+    void Wait_For_Locks(bool wait) const;
+    bool Change(QSqlQuery* query, const QString& statement, const QString& failure);
     bool Change(const QString& statement, const QString& failure);
     void Change_Or_Not(const QString& statement);
     int First_Id(const QString& statement, const QString& failure) const;
     QStringList First_Column(const QString& statement, bool* valid) const;
-    bool Copy_To(const QString& file);
-    bool Add_Positions(int date_id, int time_id, const TDatabaseItem& item);
+    Statements::TRows Rows_Of(int date_id, int time_id) const;
+    void Find_Rows() const;
+    void Forget_Rows() const;
+    bool Replace_Positions(int date_id, int time_id, const TDatabaseItem& item);
+    bool Insert_Positions(int date_id, int time_id, const TDatabaseItem& item);
 
     QString d_connection_name;
     QString d_database_file_name;
     std::unique_ptr<QSqlDatabase> d_database;
     mutable QString d_last_error;
+    mutable bool d_waits_for_locks{true};
+    mutable std::optional<TRowMap> d_rows; ///< none while they are not known
+    mutable qint64 d_rows_version{-1};     ///< of the database that d_rows belongs to
+    mutable bool d_rows_wanted{false};     ///< the next look-up will not be the first
 };

@@ -396,6 +396,9 @@ bool TDatabaseDialog::Empty_Database()
 void TDatabaseDialog::Read_Sets(QIODevice* content)
 {
     using Backup_File::TRecord;
+    // Four changes to each set would wait for the disk; after a power failure the copy is there.
+    d_database.Set_Synchronous(false);
+    const auto done = qScopeGuard([this] { d_database.Set_Synchronous(true); });
     TDatabaseItem pending;
     while (!content->atEnd()) {
         Set_Progress(static_cast<int>(content->pos()));

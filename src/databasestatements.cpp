@@ -18,6 +18,15 @@ QString Id(int id)
     return QString::number(id);
 }
 
+QString Within(const Statements::TRows& rows)
+{
+    const Statements::TRows all;
+    if (rows.first == all.first && rows.last == all.last)
+        return QString();
+    return QString(" AND rowid BETWEEN %1 AND %2")
+        .arg(QString::number(rows.first), QString::number(rows.last));
+}
+
 QString Position_Value(double value)
 {
     return Fixed(value, 5);
@@ -80,16 +89,17 @@ QString Statements::Insert_Time(int date_id, const QString& time)
     return QString("INSERT INTO time (date_id,entry) VALUES (%1,'%2')").arg(Id(date_id), Quoted(time));
 }
 
-QString Statements::Select_Positions(int date_id, int time_id)
+QString Statements::Select_Positions(int date_id, int time_id, const TRows& rows)
 {
     return QString("SELECT name,sph1_x,sph1_y,sph1_z,sph2_x,sph2_y,sph2_z,sph1_form,sph2_form,"
-                   "tool_x,tool_y,tool_z FROM data WHERE date_id=%1 AND time_id=%2")
-        .arg(Id(date_id), Id(time_id));
+                   "tool_x,tool_y,tool_z FROM data WHERE date_id=%1 AND time_id=%2%3")
+        .arg(Id(date_id), Id(time_id), Within(rows));
 }
 
-QString Statements::Delete_Positions(int date_id, int time_id)
+QString Statements::Delete_Positions(int date_id, int time_id, const TRows& rows)
 {
-    return QString("DELETE FROM data WHERE date_id=%1 AND time_id=%2").arg(Id(date_id), Id(time_id));
+    return QString("DELETE FROM data WHERE date_id=%1 AND time_id=%2%3")
+        .arg(Id(date_id), Id(time_id), Within(rows));
 }
 
 QString Statements::Insert_Position(int date_id, int time_id, const Types::TBallbar_Item& position)
@@ -109,6 +119,11 @@ QString Statements::Insert_Position(int date_id, int time_id, const Types::TBall
                     Position_Value(position.tool.z));
 }
 
+QString Statements::Select_Rows()
+{
+    return "SELECT date_id,time_id,min(rowid),max(rowid) FROM data GROUP BY date_id,time_id";
+}
+
 QString Statements::Delete_Summary(int date_id, int time_id)
 {
     return QString("DELETE FROM summary WHERE date_id=%1 AND time_id=%2").arg(Id(date_id), Id(time_id));
@@ -121,6 +136,11 @@ QString Statements::Insert_Summary(int date_id, int time_id, const TDatabaseItem
         .arg(Id(date_id), Id(time_id), QString::number(item.Ballbar_Count()), Summary_Value(item.Minimum()),
              Summary_Value(item.Maximum()), Summary_Value(item.Mean()), Summary_Value(item.Median()),
              Summary_Value(item.Standard_Deviation()));
+}
+
+QString Statements::Select_Version()
+{
+    return "PRAGMA data_version";
 }
 
 QString Statements::Begin()
@@ -146,4 +166,19 @@ QString Statements::Begin_Writing()
 QString Statements::Copy_Into(const QString& file)
 {
     return QString("VACUUM INTO '%1'").arg(Quoted(file));
+}
+
+QString Statements::Set_Busy_Timeout(int timeout)
+{
+    return QString("PRAGMA busy_timeout=%1").arg(timeout);
+}
+
+QString Statements::Set_Synchronous(bool synchronous)
+{
+    return QString("PRAGMA synchronous=%1").arg(synchronous ? "FULL" : "OFF");
+}
+
+QString Statements::Touch()
+{
+    return "PRAGMA user_version=0";
 }

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <limits>
+
 /// The texts of all SQL statements of the database. Numbers are in fixed notation, mm: 5 decimals for
 /// positions, 4 for the statistics.
 namespace Statements
@@ -31,14 +33,26 @@ QString Select_Time(int date_id, int time_id);
 QString Select_Times(int date_id);
 QString Insert_Time(int date_id, const QString& time);
 
+/// The rows of table data, from the first to the last, that a statement has to look at: all of them, or,
+/// where it is known that a set lies between two rows, only these.
+struct TRows
+{
+    qint64 first{std::numeric_limits<qint64>::min()};
+    qint64 last{std::numeric_limits<qint64>::max()};
+};
+
 /// The positions of one set; the columns are those that Insert_Position() fills, less the two ids.
-QString Select_Positions(int date_id, int time_id);
-QString Delete_Positions(int date_id, int time_id);
+QString Select_Positions(int date_id, int time_id, const TRows& rows = TRows());
+QString Delete_Positions(int date_id, int time_id, const TRows& rows = TRows());
 QString Insert_Position(int date_id, int time_id, const Types::TBallbar_Item& position);
+/// For each set its ids and the first and last row of its positions.
+QString Select_Rows();
 
 QString Delete_Summary(int date_id, int time_id);
 QString Insert_Summary(int date_id, int time_id, const TDatabaseItem& item);
 
+/// A number that changes whenever another connection has changed the database.
+QString Select_Version();
 QString Begin();
 QString Commit();
 QString Roll_Back();
@@ -46,5 +60,11 @@ QString Roll_Back();
 QString Begin_Writing();
 /// Writes a consistent copy of the whole database into a file that does not exist yet.
 QString Copy_Into(const QString& file);
+/// How long statements wait for a lock, milliseconds.
+QString Set_Busy_Timeout(int timeout);
+/// Whether each change waits until it is on the disk.
+QString Set_Synchronous(bool synchronous);
+/// A change without consequences: the user version is not used here.
+QString Touch();
 
 } // namespace Statements
