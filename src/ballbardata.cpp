@@ -21,6 +21,7 @@ constexpr std::string_view header_legacy_v1 = "BallBar_V1";
 constexpr std::string_view header_legacy_v2 = "BallBar_V2";
 constexpr std::string_view header_v1 = "B89.4.1_Data:Version=1:Type=BallBar";
 
+constexpr size_t longest_line = 4096; // characters; with a longer name no line is a measurement
 constexpr size_t maximum_field_count = 13;
 using TFields = std::array<std::string_view, maximum_field_count>;
 
@@ -98,17 +99,13 @@ QString Name_Of(std::string_view field)
     return simplified;
 }
 
-/// A position of finite length. Coordinates whose distance overflows a double are no measurement and would
-/// poison every statistic of the set.
-bool Is_Measurable(const Types::TBallbar_Item& item)
-{
-    return std::isfinite(item.Length());
-}
-
+/// Reads the fields from the third on. Numbers so large that sums of their squares would overflow are no
+/// measurement; one of them would make every statistic of the set infinite.
 bool Parse_Numbers(const TFields& fields, size_t count, double* numbers)
 {
-    for (size_t i = 2; i < count; ++i) {
-        if (!Parse_Decimal(fields[i], numbers++))
+    constexpr double largest_number = 1e140;
+    for (size_t i = 2; i < count; ++i, ++numbers) {
+        if (!Parse_Decimal(fields[i], numbers) || std::abs(*numbers) > largest_number)
             return false;
     }
     return true;
@@ -139,31 +136,54 @@ bool Parse_Line(std::string_view line, const TFormat& format, Types::TBallbar_It
         item->sph1 = item->sph1 + item->tool;
         item->sph2 = item->sph2 + item->tool;
     }
-    return Is_Measurable(*item);
+    return true;
 }
 
-/// The most positions that `text` can hold, by its commas. Reserving that many at once keeps a large set
-/// from being held twice while the list grows.
-size_t Position_Limit(std::string_view text, size_t field_count)
+/// The most positions to expect in `text`, by its commas. Reserving that many at once keeps a large set from
+/// being held twice while the list grows.
+size_t Expected_Positions(std::string_view text, size_t field_count)
 {
     unsigned commas = 0; // files are smaller than its range
     for (const char c : text)
         commas += c == ',';
-    return commas / (field_count - 1);
+    return std::min(commas / (field_count - 1), TBallBarData::Maximum_Position_Count + 1);
 }
 
 void Parse_Lines(const QByteArray& contents, const TFormat& format, std::vector<Types::TBallbar_Item>* items)
 {
     std::string_view text = View(contents);
-    items->reserve(Position_Limit(text, format.field_count));
+    items->reserve(Expected_Positions(text, format.field_count));
     Types::TBallbar_Item item;
     while (!text.empty()) {
         const std::string_view line = Trimmed(Take_Line(&text));
         if (line.empty() || line.front() == '#' || Starts_With(line, format.header))
             continue;
-        if (Parse_Line(line, format, &item))
-            items->push_back(item);
+        if (line.size() > longest_line || !Parse_Line(line, format, &item))
+            continue;
+        items->push_back(item);
+        if (items->size() > TBallBarData::Maximum_Position_Count)
+            return;
     }
+}
+
+QString Too_Large()
+{
+    return QStringLiteral("Input file '%1' is too large to be a ball bar measurement file.");
+}
+
+/// Per axis the value that `pick` picks of the two points.
+template<typename TPick> TVector3 Widened(const TVector3& corner, const TVector3& point, TPick pick)
+{
+    return {pick(corner.x, point.x), pick(corner.y, point.y), pick(corner.z, point.z)};
+}
+
+/// The corner, for each axis the value that `pick` picks, of all sphere centres; of a non-empty set.
+template<typename TPick> TVector3 Volume_Corner(const std::vector<Types::TBallbar_Item>& items, TPick pick)
+{
+    TVector3 corner = items.front().sph1;
+    for (const Types::TBallbar_Item& item : items)
+        corner = Widened(Widened(corner, item.sph1, pick), item.sph2, pick);
+    return corner;
 }
 
 } // namespace
@@ -198,6 +218,10 @@ bool TBallBarData::Load_Data(const QString& path)
         return Fail(QStringLiteral("Input file '%1' is not recognized as a ball bar measurement file."),
                     path);
     }
+    if (d_ballbar_items.size() > Maximum_Position_Count) {
+        Clear();
+        return Fail(Too_Large(), path);
+    }
     if (loaded)
         Update_Stats();
     return loaded;
@@ -210,8 +234,8 @@ bool TBallBarData::Read_File(const QString& path, QByteArray* contents)
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return Fail(cannot_open, path);
     if (file.size() > Maximum_File_Size)
-        return Fail(QStringLiteral("Input file '%1' is too large to be a ball bar measurement file."), path);
-    *contents = file.readAll();
+        return Fail(Too_Large(), path);
+    *contents = file.read(file.size()); // and no more, should it be growing
     if (file.error() != QFileDevice::NoError)
         return Fail(cannot_open, path);
     return true;
@@ -253,26 +277,14 @@ TVector3 TBallBarData::Volume_Corner_Min() const
 {
     if (d_ballbar_items.empty())
         return {-100.0, -100.0, -100.0};
-    TVector3 corner = d_ballbar_items.front().sph1;
-    for (const Types::TBallbar_Item& item : d_ballbar_items) {
-        corner.x = std::min({corner.x, item.sph1.x, item.sph2.x});
-        corner.y = std::min({corner.y, item.sph1.y, item.sph2.y});
-        corner.z = std::min({corner.z, item.sph1.z, item.sph2.z});
-    }
-    return corner;
+    return Volume_Corner(d_ballbar_items, [](double a, double b) { return std::min(a, b); });
 }
 
 TVector3 TBallBarData::Volume_Corner_Max() const
 {
     if (d_ballbar_items.empty())
         return {100.0, 100.0, 100.0};
-    TVector3 corner = d_ballbar_items.front().sph1;
-    for (const Types::TBallbar_Item& item : d_ballbar_items) {
-        corner.x = std::max({corner.x, item.sph1.x, item.sph2.x});
-        corner.y = std::max({corner.y, item.sph1.y, item.sph2.y});
-        corner.z = std::max({corner.z, item.sph1.z, item.sph2.z});
-    }
-    return corner;
+    return Volume_Corner(d_ballbar_items, [](double a, double b) { return std::max(a, b); });
 }
 
 TBallBarData::TFileEncoding TBallBarData::DetermineFileEncoding(const QByteArray& contents) const

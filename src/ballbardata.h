@@ -33,7 +33,7 @@ public:
 
     /// Replaces the set by the positions of a measurement file. Comments and malformed lines are skipped.
     /// On failure returns false with the reason in `Last_Error` and leaves the set empty. Only regular files
-    /// up to `Maximum_File_Size` are read: a pipe or a device would never end.
+    /// within the limits below are read: a pipe or a device would never end.
     bool Load_Data(const QString& path);
 
     /// Empties the set; the last error text stays.
@@ -64,8 +64,10 @@ public:
     TVector3 Volume_Corner_Min() const;
     TVector3 Volume_Corner_Max() const;
 
-    /// Largest file that is read, bytes: some two million positions, far more than any machine measures.
+    /// Largest file that is read, bytes, and largest set. No machine measures a thousandth of that; without
+    /// limits one wrong file would take all memory.
     static constexpr qint64 Maximum_File_Size = qint64(256) * 1024 * 1024;
+    static constexpr size_t Maximum_Position_Count = 1000000;
 
 private:
     std::vector<Types::TBallbar_Item> d_ballbar_items;

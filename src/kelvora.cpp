@@ -233,7 +233,8 @@ void TKelvora::Create_Dialogs()
 {
     d_message_box = new TMessageBox(this);
     d_database_dialog = new TDatabaseDialog(this);
-    if (!QFileInfo(d_settings_directory).isWritable())
+    const QFileInfo directory(d_settings_directory);
+    if (!directory.isDir() || !directory.isWritable())
         Show_Error(tr("Settings cannot be stored in '%1'").arg(d_settings_directory));
     if (!d_database_dialog->Connect_To_Database(d_settings_directory + QStringLiteral("/ballbar_data.db")))
         Show_Error(d_database_dialog->Last_Error());
@@ -286,6 +287,9 @@ void TKelvora::Save_Settings()
     settings.tolerance_d = d_tolerance_widget->d_tolerance_d;
     settings.machine = d_machine_widget->Machine_Dimensions();
     settings.Write(d_settings);
+    d_settings->sync();
+    if (d_settings->status() != QSettings::NoError)
+        qWarning("The settings could not be stored in '%s'", qPrintable(d_settings->fileName()));
 }
 
 void TKelvora::closeEvent(QCloseEvent* event)
@@ -393,7 +397,7 @@ void TKelvora::Import_Ballbar_Data(QString const& path)
         return;
     }
     if (path.contains(QLatin1Char('/')))
-        d_working_directory = path.section(QLatin1Char('/'), 0, -2);
+        d_working_directory = path.left(qMax(1, path.lastIndexOf(QLatin1Char('/'))));
     d_set_shown = true;
     d_set_unsaved = true;
     Update_Actions();

@@ -14,11 +14,17 @@ namespace
 constexpr double shortest_axis = 10.0; // mm
 constexpr int limit_decimals = 3;
 
+double Read_Limit(const QLineEdit* field)
+{
+    constexpr double largest = TMachineWidget::Largest_Limit;
+    return qBound(-largest, Decimal_Or(field->text(), 0.0), largest);
+}
+
 /// Reads one axis, bounds in either order.
 void Read_Axis(const QLineEdit* min_edit, const QLineEdit* max_edit, double* minimum, double* maximum)
 {
-    const double a = Decimal_Or(min_edit->text(), 0.0);
-    const double b = Decimal_Or(max_edit->text(), 0.0);
+    const double a = Read_Limit(min_edit);
+    const double b = Read_Limit(max_edit);
     *minimum = b > a ? a : b;
     *maximum = b > a ? b : a;
     if (*maximum - *minimum < shortest_axis)

@@ -23,6 +23,9 @@ public:
         double z_max{0.0};
     };
 
+    /// No machine is a kilometre long: larger numbers, either sign, count as this one, mm.
+    static constexpr double Largest_Limit = 1e6;
+
     explicit TMachineWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
 
     /// The typed volume: text that is no number reads as 0, bounds in the wrong order are swapped, and no

@@ -13,7 +13,7 @@ public:
     explicit TReportWidget(QWidget* parent = nullptr);
 
 signals:
-    /// The line under the click, from 0. Clicks beside or below the text are silent.
+    /// The line under the click, from 0, over the whole width of the view. Clicks below the text are silent.
     void Line_Clicked(int line);
 
 protected:

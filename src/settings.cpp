@@ -10,9 +10,8 @@
 namespace
 {
 
-constexpr int largest_coordinate = 100000;    // pixels; beyond it rectangle arithmetic could overflow
-constexpr double largest_machine_limit = 1e6; // mm; no machine is a kilometre long
-constexpr int smallest_window = 500;          // pixels
+constexpr int largest_coordinate = 100000; // pixels; beyond it rectangle arithmetic could overflow
+constexpr int smallest_window = 500;       // pixels
 
 int Limited(int pixels)
 {
@@ -27,7 +26,7 @@ void Read(const QSettings& store, const char* key, double* value)
 void Read_Machine_Limit(const QSettings& store, const char* key, double* value)
 {
     Read(store, key, value);
-    *value = qBound(-largest_machine_limit, *value, largest_machine_limit);
+    *value = qBound(-TMachineWidget::Largest_Limit, *value, TMachineWidget::Largest_Limit);
 }
 
 void Read(const QSettings& store, const char* key, QPoint* value)

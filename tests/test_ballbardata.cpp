@@ -110,8 +110,12 @@ TEST_F(BallBarData, LinesAreReadOrSkipped)
         {"A,,0,0,0,inf,0,0,0,0,0,0,0", nullptr},
         {"A,,0,0,0,0x1,0,0,0,0,0,0,0", nullptr},
         {"A,,0,0,0,1e309,0,0,0,0,0,0,0", nullptr},
-        {"A,,-1e200,0,0,1e200,0,0,0,0,0,0,0", nullptr}, // the distance overflows
+        {"A,,-1e200,0,0,1e200,0,0,0,0,0,0,0", nullptr}, // the distance would overflow
+        {"A,,0,0,0,1e154,0,0,0,0,0,0,0", nullptr},      // and here the deviation
     };
+    const QByteArray endless = QByteArray(5000, 'N') + ",,0,0,0,1,0,0,0,0,0,0,0";
+    ASSERT_TRUE(Load(header_v1 + endless));
+    EXPECT_EQ(d_data.Ballbar_Item_Count(), 0);
     for (const auto& row : rows) {
         SCOPED_TRACE(row.line);
         ASSERT_TRUE(Load(header_v1 + QByteArray(row.line) + "\nlast,,0,0,0,0,3,4,0,0,0,0,0"));
@@ -170,6 +174,11 @@ TEST_F(BallBarData, UnreadablePathsAreRefused)
         EXPECT_EQ(d_data.Last_Error(), QString(cannot_open).replace(QStringLiteral("%1"), path));
     }
     EXPECT_FALSE(d_data.Load_Data(huge.fileName()));
+    EXPECT_THAT(d_data.Last_Error().toStdString(), testing::HasSubstr("too large"));
+    QByteArray many = header_legacy_v1;
+    for (size_t i = 0; i <= TBallBarData::Maximum_Position_Count; ++i)
+        many += ",,0,0,0,1,0,0,0,0,0\n";
+    EXPECT_FALSE(Load(many));
     EXPECT_THAT(d_data.Last_Error().toStdString(), testing::HasSubstr("too large"));
     Expect_Empty();
 }
