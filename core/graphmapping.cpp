@@ -17,7 +17,7 @@ constexpr double LARGEST_VALUE = 1e300;
 // The power of ten below the value, so that the value itself stands clear of the axis.
 double Decade_Below(double value)
 {
-    return std::pow(10.0, std::ceil(std::log10(value)) - 1.0);
+    return std::max(std::pow(10.0, std::ceil(std::log10(value)) - 1.0), std::numeric_limits<double>::min());
 }
 
 // Far from zero a fixed amount would vanish in the rounding, and the range stay empty.
@@ -93,27 +93,40 @@ double TGraphAxis::Log10_Value(double pixel) const
 
 void TGraphRange::Add(const std::vector<TVector2>& points)
 {
+    // Local values: the compiler keeps them in registers, and graphs of a million points are fitted often.
+    constexpr double huge = std::numeric_limits<double>::max();
+    double x_min = huge;
+    double x_max = -huge;
+    double y_min = huge;
+    double y_max = -huge;
+    double x_positive = huge;
+    double y_positive = huge;
     for (const TVector2& point : points) {
-        if (!std::isfinite(point.x) || !std::isfinite(point.y))
-            continue;
-        const double x = std::clamp(point.x, -LARGEST_VALUE, LARGEST_VALUE);
-        const double y = std::clamp(point.y, -LARGEST_VALUE, LARGEST_VALUE);
-        if (d_empty) {
-            *this = TGraphRange{};
-            d_empty = false;
-            d_x_min = d_x_max = x;
-            d_y_min = d_y_max = y;
-            d_x_positive = d_y_positive = LARGEST_VALUE;
-        }
-        d_x_min = std::min(d_x_min, x);
-        d_x_max = std::max(d_x_max, x);
-        d_y_min = std::min(d_y_min, y);
-        d_y_max = std::max(d_y_max, y);
-        if (x > 0.0)
-            d_x_positive = std::min(d_x_positive, x);
-        if (y > 0.0)
-            d_y_positive = std::min(d_y_positive, y);
+        // 0, but no number where one of the coordinates is none or is infinite; such never compare as less.
+        const double valid = (point.x - point.x) + (point.y - point.y);
+        const double x = point.x + valid;
+        const double y = point.y + valid;
+        x_min = std::min(x_min, x);
+        x_max = std::max(x_max, x);
+        y_min = std::min(y_min, y);
+        y_max = std::max(y_max, y);
+        x_positive = std::min(x_positive, x > 0.0 ? x : huge);
+        y_positive = std::min(y_positive, y > 0.0 ? y : huge);
     }
+    if (x_min > x_max)
+        return;
+    const bool first = d_empty;
+    const auto extend = [first](double& low, double& high, double minimum, double maximum) {
+        minimum = std::clamp(minimum, -LARGEST_VALUE, LARGEST_VALUE);
+        maximum = std::clamp(maximum, -LARGEST_VALUE, LARGEST_VALUE);
+        low = first ? minimum : std::min(low, minimum);
+        high = first ? maximum : std::max(high, maximum);
+    };
+    extend(d_x_min, d_x_max, x_min, x_max);
+    extend(d_y_min, d_y_max, y_min, y_max);
+    d_x_positive = std::min(d_x_positive, x_positive);
+    d_y_positive = std::min(d_y_positive, y_positive);
+    d_empty = false;
 }
 
 void TGraphMapping::Set_Area(const QRect& graph)

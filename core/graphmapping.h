@@ -83,8 +83,8 @@ public:
     double d_x_max{0.0};
     double d_y_min{0.0};
     double d_y_max{0.0};
-    double d_x_positive{1.0}; ///< the smallest x above 0, 1 where there is none
-    double d_y_positive{1.0};
+    double d_x_positive{1e300}; ///< the smallest x above 0, 1e300 where there is none
+    double d_y_positive{1e300};
 
     void Add(const std::vector<TVector2>& points);
 };

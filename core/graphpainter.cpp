@@ -9,6 +9,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <tuple>
+#include <utility>
 
 namespace
 {
@@ -45,6 +48,12 @@ bool Is_Near(const QPointF& position)
     return std::abs(position.x()) <= FAR_AWAY && std::abs(position.y()) <= FAR_AWAY;
 }
 
+// Neither infinite nor so large that the arithmetic of clipping would overflow.
+bool Is_Number(const QPointF& position)
+{
+    return std::abs(position.x()) < 1e300 && std::abs(position.y()) < 1e300;
+}
+
 // Narrows the part [first, last] of a segment to where start + part * delta stays within FAR_AWAY.
 bool Clip_Part(double start, double delta, double& first, double& last)
 {
@@ -63,82 +72,104 @@ bool Clip_Part(double start, double delta, double& first, double& last)
 class TPixelLine
 {
 public:
-    TPixelLine(QPainter& painter, bool opaque) : d_painter(painter), d_opaque(opaque) {}
-
-    void Add(const QPointF& position)
+    TPixelLine(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points)
+        : d_painter(painter), d_mapping(mapping), d_points(points)
     {
-        if (d_started && !(Is_Near(position) && Is_Near(d_last_position)))
-            Add_Distant(position);
-        else if (Is_Near(position))
-            Append(Whole_Pixel(position));
-        d_last_position = position;
-        d_started = true;
+        std::tie(d_y_low, d_y_high) = Values_Between(mapping.d_vertical, -0.9 * FAR_AWAY, 0.9 * FAR_AWAY);
     }
 
-    /// Draws what was added; the next point starts a new line.
-    void Break()
+    /// Draws all of it. With a translucent colour every segment shows, so that none may be joined.
+    void Draw(bool opaque)
     {
-        Draw();
-        d_started = false;
+        for (size_t i = 0; i < d_points.size();) {
+            const QPointF position = d_mapping.Position(d_points[i]);
+            if (Is_Near(position)) {
+                i = Add_Column(i, position, opaque);
+                continue;
+            }
+            if (Is_Number(position))
+                Join(position);
+            else
+                d_joined = false;
+            ++i;
+        }
+        d_painter.drawLines(d_segments);
     }
 
 private:
     QPainter& d_painter;
-    const bool d_opaque; // with a translucent colour every segment shows
+    const TGraphMapping& d_mapping;
+    const std::vector<TVector2>& d_points;
     QVector<QLine> d_segments;
-    QPointF d_last_position;
-    bool d_started{false};
+    QPointF d_last; // the point before, if the next one is joined to it
+    bool d_joined{false};
+    double d_y_low{0.0}; // y between these is near
+    double d_y_high{0.0};
 
-    // The points in the present pixel column.
-    int d_count{0};
-    QPoint d_last;
-    int d_top{0};
-    int d_bottom{0};
-
-    // Too far away for whole pixels: the part that may be seen keeps its slope.
-    void Add_Distant(const QPointF& position)
+    // Adds the point `first` at `position` and those after it in the same column; returns the next one.
+    size_t Add_Column(size_t first, const QPointF& position, bool opaque)
     {
-        Draw();
-        const QPointF delta = position - d_last_position;
+        Join(position);
+        const int column = Whole_Pixel(position.x());
+        const size_t end = opaque ? d_points.size() : first + 1;
+        double low = d_points[first].y;
+        double high = low;
+        size_t next = first + 1;
+        while (next < end) {
+            const QPointF candidate = d_mapping.Position(d_points[next]);
+            if (!Is_Near(candidate) || Whole_Pixel(candidate.x()) != column)
+                break;
+            low = std::min(low, d_points[next].y);
+            high = std::max(high, d_points[next].y);
+            next = Skip_Inside(next + 1, column, low, high);
+            d_last = d_mapping.Position(d_points[next - 1]);
+        }
+        if (next > first + 1)
+            d_segments.append({column, Whole_Pixel(d_mapping.d_vertical.Position(low)), column,
+                               Whole_Pixel(d_mapping.d_vertical.Position(high))});
+        return next;
+    }
+
+    // The first point from `next` on that is not safely inside the column. Values are compared instead of
+    // pixels, which the order of values allows: there may be thousands of points to a column. Near the
+    // column's edges rounding decides, so that these are left to the exact mapping.
+    size_t Skip_Inside(size_t next, int column, double& low, double& high) const
+    {
+        const TGraphAxis& axis = d_mapping.d_horizontal;
+        const double edge = 1e-6 + 1e-15 * std::abs(axis.d_offset);
+        if (column < 1 || edge > 0.25)
+            return next;
+        const auto [x_low, x_high] = Values_Between(axis, column + edge, column + 1.0 - edge);
+        for (; next < d_points.size(); ++next) {
+            const TVector2& point = d_points[next];
+            if (!(point.x > x_low && point.x < x_high && point.y > d_y_low && point.y < d_y_high))
+                break;
+            low = std::min(low, point.y);
+            high = std::max(high, point.y);
+        }
+        return next;
+    }
+
+    static std::pair<double, double> Values_Between(const TGraphAxis& axis, double first, double second)
+    {
+        const double a = axis.Value(first);
+        const double b = axis.Value(second);
+        return {std::min(a, b), std::max(a, b)};
+    }
+
+    // The segment from the point before to this one. Where one of them is too far away for whole pixels, only
+    // the part that may be seen, so that it keeps its slope.
+    void Join(const QPointF& position)
+    {
+        const QPointF delta = position - d_last;
         double first = 0.0;
         double last = 1.0;
-        if (Clip_Part(d_last_position.x(), delta.x(), first, last) &&
-            Clip_Part(d_last_position.y(), delta.y(), first, last))
-            d_painter.drawLine(Whole_Pixel(d_last_position + first * delta),
-                               Whole_Pixel(d_last_position + last * delta));
-        if (Is_Near(position))
-            Append(Whole_Pixel(position));
-    }
-
-    void Append(const QPoint& pixel)
-    {
-        if (d_opaque && d_count > 0 && pixel.x() == d_last.x()) {
-            d_top = std::min(d_top, pixel.y());
-            d_bottom = std::max(d_bottom, pixel.y());
-            ++d_count;
-        } else {
-            const bool joined = d_count > 0;
-            Close_Column();
-            if (joined)
-                d_segments.append({d_last, pixel});
-            d_top = d_bottom = pixel.y();
-            d_count = 1;
-        }
-        d_last = pixel;
-    }
-
-    void Close_Column()
-    {
-        if (d_count > 1)
-            d_segments.append({d_last.x(), d_top, d_last.x(), d_bottom});
-        d_count = 0;
-    }
-
-    void Draw()
-    {
-        Close_Column();
-        d_painter.drawLines(d_segments);
-        d_segments.clear();
+        if (d_joined && Clip_Part(d_last.x(), delta.x(), first, last) &&
+            Clip_Part(d_last.y(), delta.y(), first, last))
+            d_segments.append({Whole_Pixel(d_last + first * delta),
+                               Whole_Pixel(last < 1.0 ? d_last + last * delta : position)});
+        d_last = position;
+        d_joined = true;
     }
 };
 
@@ -182,8 +213,12 @@ int Start_Within(int centre, int length, int low, int high)
 void Draw_Title(QPainter& painter, const QRect& band, int centre, const QString& title)
 {
     const QFontMetrics metrics = painter.fontMetrics();
-    const QString text = metrics.elidedText(title, Qt::ElideRight, band.width());
-    const int width = metrics.horizontalAdvance(text);
+    QString text = title;
+    int width = metrics.horizontalAdvance(text);
+    if (width > band.width()) {
+        text = metrics.elidedText(title, Qt::ElideRight, band.width());
+        width = metrics.horizontalAdvance(text);
+    }
     const int left = Start_Within(centre, width, band.left(), band.right() + 1);
     painter.drawText(QRect(left, band.top(), width, band.height()), Qt::AlignCenter | Qt::TextDontClip, text);
 }
@@ -315,14 +350,7 @@ void Draw_Graph_Line(QPainter& painter, const TGraphMapping& mapping, const std:
                      const QColor& color)
 {
     painter.setPen(color);
-    TPixelLine line(painter, Is_Opaque(color));
-    for (const TVector2& point : points) {
-        if (Is_Drawable(point))
-            line.Add(mapping.Position(point));
-        else
-            line.Break();
-    }
-    line.Break();
+    TPixelLine(painter, mapping, points).Draw(Is_Opaque(color));
 }
 
 void Draw_Graph_Bars(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,

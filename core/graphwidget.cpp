@@ -78,48 +78,57 @@ int TGraphWidget::CreateDataSet(const QColor& color, TGraphType type)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wsign-conversion"
 
-bool TGraphWidget::AddPoint(int set, const TVector2& point)
+const std::vector<TVector2>& TGraphWidget::Points_Of_Set(int set) const
 {
     assert(set < static_cast<int>(d_data_sets.size()));
-    d_data_sets[set].dataset_points.push_back(point);
+    return d_data_sets[set].dataset_points;
+}
+
+std::vector<TVector2>& TGraphWidget::Changing_Points(int set)
+{
+    assert(set < static_cast<int>(d_data_sets.size()));
+    d_range.reset();
+    return d_data_sets[set].dataset_points;
+}
+
+bool TGraphWidget::AddPoint(int set, const TVector2& point)
+{
+    Changing_Points(set).push_back(point);
     return true;
 }
 
 bool TGraphWidget::AddPoints(int set, const std::vector<TVector2>& points)
 {
-    assert(set < static_cast<int>(d_data_sets.size()));
-    std::vector<TVector2>& all = d_data_sets[set].dataset_points;
+    std::vector<TVector2>& all = Changing_Points(set);
     all.insert(all.end(), points.begin(), points.end());
     return true;
 }
 
 bool TGraphWidget::SetPoints(int set, const std::vector<TVector2>& points)
 {
-    assert(set < static_cast<int>(d_data_sets.size()));
-    d_data_sets[set].dataset_points = points;
+    Changing_Points(set) = points;
     return true;
 }
 
 bool TGraphWidget::ModifyPoint(int set, int index, const TVector2& point)
 {
-    assert(set < static_cast<int>(d_data_sets.size()));
+    std::vector<TVector2>& points = Changing_Points(set);
     assert(index < static_cast<int>(d_data_sets[set].dataset_points.size()));
-    d_data_sets[set].dataset_points[index] = point;
+    points[index] = point;
     return true;
 }
 
 bool TGraphWidget::DeletePoint(int set, int index)
 {
-    assert(set < static_cast<int>(d_data_sets.size()));
+    std::vector<TVector2>& points = Changing_Points(set);
     assert(index < static_cast<int>(d_data_sets[set].dataset_points.size()));
-    d_data_sets[set].dataset_points.erase(d_data_sets[set].dataset_points.begin() + index);
+    points.erase(points.begin() + index);
     return true;
 }
 
 bool TGraphWidget::DeletePoints(int set)
 {
-    assert(set < static_cast<int>(d_data_sets.size()));
-    d_data_sets[set].dataset_points.clear();
+    Changing_Points(set).clear();
     return true;
 }
 
@@ -127,25 +136,26 @@ bool TGraphWidget::DeleteDataSet(int index)
 {
     assert(index < static_cast<int>(d_data_sets.size()));
     d_data_sets.erase(d_data_sets.begin() + index);
+    d_range.reset();
     return true;
 }
 
 void TGraphWidget::DeleteDataSets()
 {
     d_data_sets.clear();
+    d_range.reset();
 }
 
 TVector2 TGraphWidget::GetPoint(int set, int index) const
 {
-    assert(set < static_cast<int>(d_data_sets.size()));
+    const std::vector<TVector2>& points = Points_Of_Set(set);
     assert(index < static_cast<int>(d_data_sets[set].dataset_points.size()));
-    return d_data_sets[set].dataset_points[index];
+    return points[index];
 }
 
 int TGraphWidget::DataSetSize(int set) const
 {
-    assert(set < static_cast<int>(d_data_sets.size()));
-    return static_cast<int>(d_data_sets[set].dataset_points.size());
+    return static_cast<int>(Points_Of_Set(set).size());
 }
 
 #pragma GCC diagnostic pop
@@ -190,89 +200,84 @@ void TGraphWidget::Update_Viewport_To_Data()
     scaling.lock_aspect = d_lock_aspect;
     scaling.y_minimum = d_y_scale_minimum;
 
-    TGraphRange range;
-    for (const TDataSet& set : d_data_sets)
-        range.Add(set.dataset_points);
-    d_mapping.Fit_To_Data(range, scaling, d_layout.graph);
+    if (!d_range) {
+        d_range.emplace();
+        for (const TDataSet& set : d_data_sets)
+            d_range->Add(set.dataset_points);
+    }
+    d_view.mapping.Fit_To_Data(*d_range, scaling, d_view.layout.graph);
 }
 
 void TGraphWidget::Update_Viewport_To_Rect(const QRect& rect)
 {
-    d_mapping.Fit_To_Rect(Edges(rect));
+    d_view.mapping.Fit_To_Rect(Edges(rect));
 }
 
 double TGraphWidget::Calculate_Log10_Position_Horizontal(double value) const
 {
-    return d_mapping.d_horizontal.Log10_Position(value);
+    return d_view.mapping.d_horizontal.Log10_Position(value);
 }
 
 double TGraphWidget::Calculate_Log10_Position_Vertical(double value) const
 {
-    return d_mapping.d_vertical.Log10_Position(value);
+    return d_view.mapping.d_vertical.Log10_Position(value);
 }
 
 double TGraphWidget::Calculate_Log10_Value_Horizontal(double pixel) const
 {
-    return d_mapping.d_horizontal.Log10_Value(pixel);
+    return d_view.mapping.d_horizontal.Log10_Value(pixel);
 }
 
 double TGraphWidget::Calculate_Log10_Value_Vertical(double pixel) const
 {
-    return d_mapping.d_vertical.Log10_Value(pixel);
+    return d_view.mapping.d_vertical.Log10_Value(pixel);
 }
 
 double TGraphWidget::Forward_Log10_Position_Horizontal(double pixel) const
 {
-    return d_mapping.d_horizontal.Forward_Log10(pixel);
+    return d_view.mapping.d_horizontal.Forward_Log10(pixel);
 }
 
 double TGraphWidget::Forward_Log10_Position_Vertical(double pixel) const
 {
-    return d_mapping.d_vertical.Forward_Log10(pixel);
+    return d_view.mapping.d_vertical.Forward_Log10(pixel);
 }
 
 double TGraphWidget::Reverse_Log10_Position_Horizontal(double pixel) const
 {
-    return d_mapping.d_horizontal.Reverse_Log10(pixel);
+    return d_view.mapping.d_horizontal.Reverse_Log10(pixel);
 }
 
 double TGraphWidget::Reverse_Log10_Position_Vertical(double pixel) const
 {
-    return d_mapping.d_vertical.Reverse_Log10(pixel);
+    return d_view.mapping.d_vertical.Reverse_Log10(pixel);
 }
 
 void TGraphWidget::Calculate_Legend_Display_Precision(const QPainter& painter)
 {
-    const TVector2 low = d_mapping.Value(d_layout.graph.bottomLeft());
-    const TVector2 high = d_mapping.Value(d_layout.graph.topRight());
-    d_horizontal_format =
+    const TVector2 low = d_view.mapping.Value(d_view.layout.graph.bottomLeft());
+    const TVector2 high = d_view.mapping.Value(d_view.layout.graph.topRight());
+    d_view.horizontal_format =
         Graph_Label_Format(QStringLiteral("  %1  "), d_horizontal_scale_type, low.x, high.x, 8);
-    d_vertical_format = Graph_Label_Format(QStringLiteral("  %1"), d_vertical_scale_type, low.y, high.y, 6);
-    Measure_Cell(d_horizontal_format, painter);
-    Measure_Cell(d_vertical_format, painter);
+    d_view.vertical_format =
+        Graph_Label_Format(QStringLiteral("  %1"), d_vertical_scale_type, low.y, high.y, 6);
+    Measure_Cell(d_view.horizontal_format, painter);
+    Measure_Cell(d_view.vertical_format, painter);
 }
 
 void TGraphWidget::Draw(QPainter& painter, const QSize& size)
 {
-    const TGraphLayout layout = d_layout;
-    const TGraphMapping mapping = d_mapping;
-    const TGraphLabelFormat horizontal_format = d_horizontal_format;
-    const TGraphLabelFormat vertical_format = d_vertical_format;
-
-    d_layout = Graph_Layout(size, painter.fontMetrics().height());
-    const bool never_shown = !layout.widget.isValid();
+    const TView shown = d_view;
+    d_view.layout = Graph_Layout(size, painter.fontMetrics().height());
+    const bool never_shown = !shown.layout.widget.isValid();
     if (d_direct_render || d_scale_to_fit || never_shown)
         Update_Viewport_To_Data();
     else
-        d_mapping = mapping.Moved_To(d_layout.graph);
-    painter.fillRect(d_layout.widget, Qt::white);
+        d_view.mapping = shown.mapping.Moved_To(d_view.layout.graph);
+    painter.fillRect(d_view.layout.widget, Qt::white);
     Draw_Legend(painter);
     Draw_Data(painter);
-
-    d_layout = layout;
-    d_mapping = mapping;
-    d_horizontal_format = horizontal_format;
-    d_vertical_format = vertical_format;
+    d_view = shown;
 }
 
 bool TGraphWidget::Paint_To(QPaintDevice* device)
@@ -300,7 +305,7 @@ bool TGraphWidget::GenerateRGBColor(int index, int* red, int* green, int* blue)
                                                  112, 176, 80,  208, 48,  240, 16, 0};
     static constexpr int enable_color_table[6][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1},
                                                      {1, 1, 0}, {0, 1, 1}, {1, 0, 1}};
-    if (index > 96) {
+    if (index < 0 || index > 96) {
         *red = *green = *blue = 0;
         return false;
     }
@@ -316,7 +321,7 @@ void TGraphWidget::mousePressEvent(QMouseEvent* event)
 {
     const QPoint pointer = Rounded(event->localPos());
     if (event->button() == Qt::LeftButton) {
-        const QRect& graph = d_layout.graph;
+        const QRect& graph = d_view.layout.graph;
         const QPoint corner = graph.contains(pointer) ? pointer : graph.topLeft();
         d_left_down_box = QRect(corner, corner);
         d_left_button_down = true;
@@ -385,19 +390,19 @@ void TGraphWidget::Pan(const QPoint& pointer)
 {
     const QPoint moved = d_left_down_box.topLeft() - pointer;
     d_left_down_box.setTopLeft(pointer);
-    Zoom_Background_Pixmap(d_layout.graph.translated(moved));
+    Zoom_Background_Pixmap(d_view.layout.graph.translated(moved));
     repaint();
 }
 
 void TGraphWidget::Hover(const QPoint& pointer)
 {
-    if (!d_show_cursor_position || !d_layout.graph.contains(pointer)) {
+    if (!d_show_cursor_position || !d_view.layout.graph.contains(pointer)) {
         unsetCursor();
         return;
     }
     setCursor(Qt::CrossCursor);
-    d_cursor_position_text = Cursor_Text(d_mapping.Value(pointer));
-    update(0, d_layout.horizontal_title.top(), width(), d_layout.horizontal_title.height());
+    d_cursor_position_text = Cursor_Text(d_view.mapping.Value(pointer));
+    update(0, d_view.layout.horizontal_title.top(), width(), d_view.layout.horizontal_title.height());
 }
 
 void TGraphWidget::Release_Left(const QPoint& pointer)
@@ -412,27 +417,25 @@ void TGraphWidget::Release_Left(const QPoint& pointer)
         Zoom_Background_Pixmap(Normalised(d_left_down_box));
         repaint();
     } else {
-        const TVector2 value = d_mapping.Value(pointer);
+        const TVector2 value = d_view.mapping.Value(pointer);
         emit Mouse_Click(value.x, value.y);
     }
 }
 
 void TGraphWidget::paintEvent(QPaintEvent* event)
 {
-    QPainter painter;
+    if (!d_direct_render && (d_scale_to_fit || d_zoom_out)) {
+        Answer_Requests();
+        if (!event->rect().contains(rect()))
+            update();
+    }
+    QPainter painter(this);
     if (d_direct_render) {
-        painter.begin(this);
         painter.fillRect(rect(), Qt::white);
         Update_Viewport_To_Data();
         Draw_Legend(painter);
         Draw_Data(painter);
     } else {
-        if (d_scale_to_fit || d_zoom_out) {
-            Answer_Requests();
-            if (!event->rect().contains(rect()))
-                update();
-        }
-        painter.begin(this);
         painter.drawPixmap(0, 0, d_background);
         Draw_Left_Down_Box(painter);
     }
@@ -456,13 +459,13 @@ void TGraphWidget::changeEvent(QEvent* event)
 
 void TGraphWidget::Update_Layout()
 {
-    d_layout = Graph_Layout(size(), fontMetrics().height());
+    d_view.layout = Graph_Layout(size(), fontMetrics().height());
     Draw_Background_Pixmap();
 }
 
 void TGraphWidget::Draw_Background_Pixmap()
 {
-    if (!d_layout.widget.isValid()) {
+    if (!d_view.layout.widget.isValid()) {
         d_background = QPixmap();
         return;
     }
@@ -474,7 +477,7 @@ void TGraphWidget::Zoom_Background_Pixmap(const QRect& rect)
 {
     if (d_background.isNull())
         return;
-    d_mapping.Fit_To_Rect(Linear_Rect(rect));
+    d_view.mapping.Fit_To_Rect(Linear_Rect(rect));
     Render_Background();
 }
 
@@ -494,8 +497,8 @@ void TGraphWidget::Answer_Requests()
     if (d_scale_to_fit)
         Draw_Background_Pixmap();
     if (d_zoom_out) {
-        QRect view(QPoint(), d_layout.graph.size() * 2);
-        view.moveCenter(d_layout.graph.center());
+        QRect view(QPoint(), d_view.layout.graph.size() * 2);
+        view.moveCenter(d_view.layout.graph.center());
         Zoom_Background_Pixmap(view);
     }
     d_scale_to_fit = false;
@@ -506,29 +509,28 @@ void TGraphWidget::Answer_Requests()
 QRectF TGraphWidget::Linear_Rect(const QRect& rect) const
 {
     QRectF linear = Edges(rect);
-    if (d_mapping.d_horizontal.d_logarithmic) {
+    if (d_view.mapping.d_horizontal.d_logarithmic) {
         linear.setLeft(Reverse_Log10_Position_Horizontal(linear.left()));
         linear.setRight(Reverse_Log10_Position_Horizontal(rect.right()));
     }
-    if (d_mapping.d_vertical.d_logarithmic) {
+    if (d_view.mapping.d_vertical.d_logarithmic) {
         linear.setTop(Reverse_Log10_Position_Vertical(linear.top()));
         linear.setBottom(Reverse_Log10_Position_Vertical(rect.bottom()));
     }
     return linear;
 }
 
-// Room for the text at every corner of the view, but at most half of the width.
+// Room for the longest of the texts at the corners of the view, but at most half of the width.
 int TGraphWidget::Cursor_Text_Width(const QPainter& painter) const
 {
-    const QRect& graph = d_layout.graph;
-    int width = 0;
-    for (const QPoint& corner :
-         {graph.topLeft(), graph.topRight(), graph.bottomLeft(), graph.bottomRight()}) {
-        const QString text =
-            QStringLiteral("  ") + Cursor_Text(d_mapping.Value(corner)) + QStringLiteral("  ");
-        width = std::max(width, painter.fontMetrics().horizontalAdvance(text));
-    }
-    return std::min(width, d_layout.widget.width() / 2);
+    const auto longer = [](double a, double b) {
+        return Fixed(a, 5).length() < Fixed(b, 5).length() ? b : a;
+    };
+    const TVector2 low = d_view.mapping.Value(d_view.layout.graph.bottomLeft());
+    const TVector2 high = d_view.mapping.Value(d_view.layout.graph.topRight());
+    const QString text = Cursor_Text({longer(low.x, high.x), longer(low.y, high.y)});
+    const int width = painter.fontMetrics().horizontalAdvance(QStringLiteral("  %1  ").arg(text));
+    return std::min(width, d_view.layout.widget.width() / 2);
 }
 
 void TGraphWidget::Draw_Legend(QPainter& painter)
@@ -538,18 +540,19 @@ void TGraphWidget::Draw_Legend(QPainter& painter)
     legend.vertical_title = d_vertical_title;
     legend.horizontal_title = d_horizontal_title;
     legend.graph_title = d_graph_title;
-    legend.horizontal = d_horizontal_format;
-    legend.vertical = d_vertical_format;
-    legend.cursor_text_width = d_show_cursor_position ? Cursor_Text_Width(painter) : 0;
-    Draw_Graph_Legend(painter, d_layout, d_mapping, legend);
+    legend.horizontal = d_view.horizontal_format;
+    legend.vertical = d_view.vertical_format;
+    d_view.cursor_text_width = d_show_cursor_position ? Cursor_Text_Width(painter) : 0;
+    legend.cursor_text_width = d_view.cursor_text_width;
+    Draw_Graph_Legend(painter, d_view.layout, d_view.mapping, legend);
 }
 
 void TGraphWidget::Draw_Data(QPainter& painter) const
 {
-    if (!d_layout.graph.isValid())
+    if (!d_view.layout.graph.isValid())
         return;
     painter.save();
-    painter.setClipRect(d_layout.graph, Qt::IntersectClip);
+    painter.setClipRect(d_view.layout.graph, Qt::IntersectClip);
     for (const TDataSet& set : d_data_sets)
         Draw_Data_Set(painter, set);
     painter.restore();
@@ -562,19 +565,19 @@ void TGraphWidget::Draw_Data_Set(QPainter& painter, const TDataSet& set) const
         return;
     switch (Resolved_Type(set.dataset_type, d_default_graph_type)) {
     case GRAPH_LINE:
-        Draw_Graph_Line(painter, d_mapping, points, set.dataset_color);
+        Draw_Graph_Line(painter, d_view.mapping, points, set.dataset_color);
         break;
     case GRAPH_BAR: {
         const int parts = d_horizontal_scale_type == GRAPH_SCALE_LOG10 ? 4 : 2;
-        const int room = d_layout.graph.width() / (parts * static_cast<int>(points.size()));
-        Draw_Graph_Bars(painter, d_mapping, points, set.dataset_color, std::max(1, room - 1));
+        const int room = d_view.layout.graph.width() / (parts * static_cast<int>(points.size()));
+        Draw_Graph_Bars(painter, d_view.mapping, points, set.dataset_color, std::max(1, room - 1));
         break;
     }
     case GRAPH_CROSS:
-        Draw_Graph_Crosses(painter, d_mapping, points, set.dataset_color, d_layout.graph);
+        Draw_Graph_Crosses(painter, d_view.mapping, points, set.dataset_color, d_view.layout.graph);
         break;
     case GRAPH_POINT:
-        Draw_Graph_Squares(painter, d_mapping, points, set.dataset_color, d_layout.graph);
+        Draw_Graph_Squares(painter, d_view.mapping, points, set.dataset_color, d_view.layout.graph);
         break;
     default:
         break;
@@ -583,11 +586,11 @@ void TGraphWidget::Draw_Data_Set(QPainter& painter, const TDataSet& set) const
 
 void TGraphWidget::Draw_Cursor_Text(QPainter& painter) const
 {
-    if (!d_layout.graph.isValid())
+    if (!d_view.layout.graph.isValid())
         return;
     const int margin = painter.fontMetrics().horizontalAdvance(QStringLiteral("  "));
-    const QRect& row = d_layout.horizontal_title;
-    const QRect room(margin, row.top(), Cursor_Text_Width(painter) - 2 * margin, row.height());
+    const QRect& row = d_view.layout.horizontal_title;
+    const QRect room(margin, row.top(), d_view.cursor_text_width - 2 * margin, row.height());
     Draw_Fitted_Text(painter, room, Qt::AlignLeft | Qt::AlignVCenter, d_cursor_position_text);
 }
 

@@ -10,6 +10,7 @@
 #include <QString>
 #include <QWidget>
 
+#include <optional>
 #include <vector>
 
 /// Plots any number of data sets as lines, bars or markers over linear or logarithmic axes.
@@ -98,8 +99,8 @@ public:
     void Update_Viewport_To_Rect(const QRect& rect);
 
     /// The mapping and the rectangles of the last layout.
-    const TGraphMapping& Mapping() const { return d_mapping; }
-    const TGraphLayout& Layout() const { return d_layout; }
+    const TGraphMapping& Mapping() const { return d_view.mapping; }
+    const TGraphLayout& Layout() const { return d_view.layout; }
 
     /// @name Logarithmic axes
     /// Value to pixel and back, and from the pixels of the linear axis of the same range to those of the
@@ -118,8 +119,8 @@ public:
     /// Sets field width, decimals and room of the tick labels for the present view, measured with the font
     /// of `painter`.
     void Calculate_Legend_Display_Precision(const QPainter& painter);
-    const TGraphLabelFormat& Horizontal_Label_Format() const { return d_horizontal_format; }
-    const TGraphLabelFormat& Vertical_Label_Format() const { return d_vertical_format; }
+    const TGraphLabelFormat& Horizontal_Label_Format() const { return d_view.horizontal_format; }
+    const TGraphLabelFormat& Vertical_Label_Format() const { return d_view.vertical_format; }
 
     /// Draws the present view as a picture of `size` pixels at the origin of `painter`.
     void Draw(QPainter& painter, const QSize& size);
@@ -129,7 +130,8 @@ public:
     /// device cannot be painted on.
     bool Paint_To(QPaintDevice* device);
 
-    /// The `index`-th of 96 colours that tell data sets apart. False and black beyond; the 97th is black too.
+    /// The `index`-th of 96 colours that tell data sets apart, counted from 0. The 97th is black; beyond, it
+    /// is black and false is returned.
     static bool GenerateRGBColor(int index, int* red, int* green, int* blue);
 
 signals:
@@ -145,11 +147,19 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    // What is shown where, for a picture of one size.
+    struct TView
+    {
+        TGraphLayout layout;
+        TGraphMapping mapping;
+        TGraphLabelFormat horizontal_format;
+        TGraphLabelFormat vertical_format;
+        int cursor_text_width{0};
+    };
+
     std::vector<TDataSet> d_data_sets;
-    TGraphMapping d_mapping;
-    TGraphLayout d_layout;
-    TGraphLabelFormat d_horizontal_format;
-    TGraphLabelFormat d_vertical_format;
+    std::optional<TGraphRange> d_range; // extent of the data, unknown after a change
+    TView d_view;
     QPixmap d_background; // legend and data as last drawn
     QString d_cursor_position_text;
 
@@ -167,6 +177,9 @@ private:
     double d_y_scale_minimum{5e-05};
     bool d_scale_to_fit{false};
     bool d_zoom_out{false};
+
+    const std::vector<TVector2>& Points_Of_Set(int set) const;
+    std::vector<TVector2>& Changing_Points(int set);
 
     void Update_Layout();
     void Draw_Background_Pixmap();

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPicture>
@@ -147,7 +148,7 @@ TEST(GraphWidget, Palette)
         {0, true, 255, 0, 0},   {1, true, 0, 127, 0},   {2, true, 0, 0, 255}, {3, true, 255, 127, 0},
         {4, true, 0, 127, 255}, {5, true, 255, 0, 255}, {6, true, 128, 0, 0}, {13, true, 0, 96, 0},
         {91, true, 0, 8, 0},    {95, true, 16, 0, 16},  {96, true, 0, 0, 0},  {97, false, 0, 0, 0},
-        {5000, false, 0, 0, 0},
+        {5000, false, 0, 0, 0}, {-1, false, 0, 0, 0},
     };
     for (const auto& row : rows) {
         int red = -1;
@@ -332,11 +333,37 @@ TEST(GraphWidget, LinePixels)
     }
 }
 
+TEST(GraphWidget, LinePixelsOfAnyView)
+{
+    Points points = Many_Points(20000);
+    for (TVector2& point : points)
+        point = {std::abs(point.x) * 1e-3 + 0.01, point.y + 3.5};
+    for (const int type : {1, 3}) {
+        TGraph graph(points);
+        graph.d_horizontal_scale_type = graph.d_vertical_scale_type = type;
+        graph.EnableYIncludesZero(false);
+        Picture(graph);
+        graph.ZoomOut(); // all of it, then a part with most points beyond the edges
+        for (int view = 0; view < 2; ++view) {
+            Expect_Drawn_As(graph, Picture(graph),
+                            [&](QPainter& painter) { Draw_Segments(painter, graph, points); });
+            for (int step = 0; step < 3; ++step) {
+                const QPoint at = graph.Layout().graph.center() + QPoint(100 * step, 60 * step);
+                const QEvent::Type types[] = {QEvent::MouseButtonPress, QEvent::MouseMove,
+                                              QEvent::MouseButtonRelease};
+                QMouseEvent event(types[step], at, step == 1 ? Qt::NoButton : Qt::LeftButton,
+                                  step == 2 ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+                QApplication::sendEvent(&graph, &event);
+            }
+        }
+    }
+}
+
 TEST(GraphWidget, PointsThatAreNoNumbersPartTheLine)
 {
     const double inf = std::numeric_limits<double>::infinity();
     for (const TVector2& gap : {TVector2(5, NAN), TVector2(inf, 5), TVector2(NAN, inf)}) {
-        TGraph graph({{0, 1}, {4, 5}, gap, {6, 5}, {10, 1}});
+        TGraph graph({{0, 1}, {4, 5}, gap, gap, {6, 5}, {10, 1}});
         Expect_Drawn_As(graph, Picture(graph), [&](QPainter& painter) {
             painter.drawLine(Pixel(graph, {0, 1}), Pixel(graph, {4, 5}));
             painter.drawLine(Pixel(graph, {6, 5}), Pixel(graph, {10, 1}));
