@@ -311,9 +311,9 @@ void TKelvora::dropEvent(QDropEvent* event)
         Import_Ballbar_Data(urls.first().toLocalFile());
 }
 
-QString TKelvora::Choose_Measurement_File()
+QString TKelvora::Choose_Measurement_File(const QString& directory)
 {
-    return QFileDialog::getOpenFileName(this, tr("Select ballbar measurement file"), d_working_directory,
+    return QFileDialog::getOpenFileName(this, tr("Select ballbar measurement file"), directory,
                                         tr("Ballbar Measurement File(*.dat)"));
 }
 
@@ -352,7 +352,7 @@ void TKelvora::Menu_New()
 
 void TKelvora::Menu_Import_Ballbar()
 {
-    const QString path = Choose_Measurement_File();
+    const QString path = Choose_Measurement_File(d_working_directory);
     if (!path.isEmpty())
         Import_Ballbar_Data(path);
 }

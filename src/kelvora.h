@@ -61,8 +61,8 @@ protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
-    /// Asks the user for a measurement file; empty when cancelled.
-    virtual QString Choose_Measurement_File();
+    /// Asks the user for a measurement file, starting in `directory`; empty when cancelled.
+    virtual QString Choose_Measurement_File(const QString& directory);
 
 private:
     QAction* d_new_action;
