@@ -8,6 +8,7 @@
 #include "measurementwidget.h"
 #include "messagebox.h"
 #include "opengldisplaywidget.h"
+#include "panellayout.h"
 #include "report.h"
 #include "reportwidget.h"
 #include "tolerancewidget.h"
@@ -34,16 +35,6 @@
 
 namespace
 {
-
-constexpr int layout_spacing = 4;
-
-QGridLayout* Create_Grid(QWidget* widget)
-{
-    auto* layout = new QGridLayout(widget);
-    layout->setSpacing(layout_spacing);
-    layout->setContentsMargins(layout_spacing, layout_spacing, layout_spacing, layout_spacing);
-    return layout;
-}
 
 /// Lets a panel be as high as it likes and yet shrink with the window: on a small screen the panels are
 /// higher than the window may be.

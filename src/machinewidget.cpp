@@ -2,9 +2,9 @@
 #include "machinewidget.h"
 
 #include "numbers.h"
+#include "panellayout.h"
 
 #include <QGridLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QToolButton>
 
@@ -47,30 +47,22 @@ TMachineWidget::TMachineWidget(QWidget* parent, Qt::WindowFlags flags)
                 {tr("Min Y:"), d_min_y_edit, "min_y"}, {tr("Max Y:"), d_max_y_edit, "max_y"},
                 {tr("Min Z:"), d_min_z_edit, "min_z"}, {tr("Max Z:"), d_max_z_edit, "max_z"}};
 
-    auto* layout = new QGridLayout(this);
-    layout->setSpacing(4);
-    layout->setContentsMargins(4, 4, 4, 4);
-    QWidget* previous = nullptr;
+    QGridLayout* grid = Create_Grid(this);
     int line = 0;
+    QWidget* previous = nullptr;
     for (const auto& row : rows) {
-        auto* label = new QLabel(row.label, this);
-        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        label->setBuddy(row.field);
         row.field->setObjectName(QLatin1String(row.object_name));
         row.field->setAlignment(Qt::AlignRight);
-        layout->addWidget(label, line, 0);
-        layout->addWidget(row.field, line, 1);
-        layout->addWidget(new QLabel(tr("mm"), this), line, 2);
+        Add_Row(grid, line++, row.label, row.field, tr("mm"));
         setTabOrder(previous, row.field);
         previous = row.field;
-        ++line;
     }
+    setTabOrder(previous, d_update_button);
     d_update_button->setObjectName(QStringLiteral("update"));
     d_update_button->setText(tr("Update"));
     d_update_button->setFocusPolicy(Qt::StrongFocus);
-    layout->addWidget(d_update_button, line, 1);
-    setTabOrder(previous, d_update_button);
-    layout->addItem(new QSpacerItem(0, 0, QSizePolicy::Minimum, QSizePolicy::Expanding), line + 1, 1);
+    grid->addWidget(d_update_button, line, 1);
+    Add_Stretch(grid, line + 1);
 
     Set_Machine_Dimensions(TDimensions());
     connect(d_update_button, &QToolButton::clicked, this, &TMachineWidget::Update_Machine);

@@ -2,6 +2,7 @@
 #include "measurementwidget.h"
 
 #include "numbers.h"
+#include "panellayout.h"
 
 #include <QFrame>
 #include <QGridLayout>
@@ -37,10 +38,7 @@ TMeasurementWidget::TMeasurementWidget(QWidget* parent, Qt::WindowFlags flags)
       d_sphere2_x_edit(Create_Field("sphere2_x")), d_sphere2_y_edit(Create_Field("sphere2_y"))
 {
     d_name_edit->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    auto* layout = new QGridLayout(this);
-    layout->setSpacing(4);
-    layout->setContentsMargins(4, 4, 4, 4);
-    Fill_Layout(layout);
+    Fill_Layout(Create_Grid(this));
     Enable_Display(false);
 }
 
@@ -88,18 +86,14 @@ void TMeasurementWidget::Fill_Layout(QGridLayout* layout)
             layout->addWidget(Separator(this), line++, 0, 1, 2);
             continue;
         }
-        auto* label = new QLabel(row.label, this);
-        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        label->setBuddy(row.field);
-        layout->addWidget(label, line, 0);
-        layout->addWidget(row.field, line++, 1);
+        Add_Row(layout, line++, row.label, row.field);
         setTabOrder(previous, row.field);
         previous = row.field;
     }
     auto* unit_label = new QLabel(tr("Reported values in mm."), this);
     unit_label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     layout->addWidget(unit_label, line, 0, 1, 2);
-    layout->addItem(new QSpacerItem(0, 0, QSizePolicy::Minimum, QSizePolicy::Expanding), line + 1, 0, 1, 2);
+    Add_Stretch(layout, line + 1);
 }
 
 void TMeasurementWidget::Enable_Display(bool state)

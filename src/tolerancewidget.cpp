@@ -2,6 +2,7 @@
 #include "tolerancewidget.h"
 
 #include "numbers.h"
+#include "panellayout.h"
 #include "tolerancehelpdialog.h"
 
 #include <QGridLayout>
@@ -57,25 +58,7 @@ TToleranceWidget::TToleranceWidget(QWidget* parent, Qt::WindowFlags flags)
     d_expression_edit->setText(QStringLiteral("0.012 + 0.006L/1000"));
     d_sub_tolerance_slider->setObjectName(QStringLiteral("sub_tolerance"));
     d_sub_tolerance_slider->setRange(0, 20);
-
-    auto* expression_label = new QLabel(tr("Tolerance Expression:"), this);
-    expression_label->setBuddy(d_expression_edit);
-    auto* layout = new QGridLayout(this);
-    layout->setSpacing(4);
-    layout->setContentsMargins(4, 4, 4, 4);
-    layout->addWidget(expression_label, 0, 0, 1, 3);
-    layout->addWidget(d_expression_edit, 1, 0, 1, 3);
-    layout->addLayout(Create_Button_Layout(), 2, 0, 1, 3);
-    d_results_group->setLayout(Create_Results_Layout());
-    layout->addWidget(d_results_group, 3, 0, 1, 3);
-    layout->addItem(new QSpacerItem(0, 0, QSizePolicy::Minimum, QSizePolicy::Expanding), 4, 0, 1, 3);
-
-    const QWidgetList tab_order = {d_expression_edit,   d_apply_button,   d_help_button,
-                                   d_range_edit,        d_tolerance_edit, d_sub_tolerance_slider,
-                                   d_sub_tolerance_edit};
-    for (int i = 1; i < tab_order.size(); ++i)
-        setTabOrder(tab_order[i - 1], tab_order[i]);
-
+    Create_Layout();
     d_apply_button->setEnabled(false);
     d_results_group->setEnabled(false);
 
@@ -83,6 +66,30 @@ TToleranceWidget::TToleranceWidget(QWidget* parent, Qt::WindowFlags flags)
     connect(d_apply_button, &QToolButton::clicked, this, &TToleranceWidget::Apply_Tolerance);
     connect(d_help_button, &QToolButton::clicked, this, &TToleranceWidget::Show_Tolerance_Help);
     connect(d_sub_tolerance_slider, &QSlider::valueChanged, this, &TToleranceWidget::Change_Sub_Tolerance);
+}
+
+void TToleranceWidget::Create_Layout()
+{
+    auto* expression_label = new QLabel(tr("Tolerance Expression:"), this);
+    expression_label->setBuddy(d_expression_edit);
+    QGridLayout* grid = Create_Grid(this);
+    grid->addWidget(expression_label, 0, 0, 1, 3);
+    grid->addWidget(d_expression_edit, 1, 0, 1, 3);
+    grid->addLayout(Create_Button_Layout(), 2, 0, 1, 3);
+    grid->addWidget(d_results_group, 3, 0, 1, 3);
+    Add_Stretch(grid, 4);
+
+    QGridLayout* results = Create_Grid(d_results_group, 0);
+    Add_Row(results, 0, tr("Measured Range:"), d_range_edit, tr("mm"));
+    Add_Row(results, 1, tr("Tolerance:"), d_tolerance_edit, tr("mm"));
+    Add_Row(results, 2, tr("Sub Tolerance:"), d_sub_tolerance_slider);
+    Add_Row(results, 3, tr("Sub Tolerance Range:"), d_sub_tolerance_edit, tr("mm"));
+
+    const QWidgetList tab_order = {d_expression_edit,   d_apply_button,   d_help_button,
+                                   d_range_edit,        d_tolerance_edit, d_sub_tolerance_slider,
+                                   d_sub_tolerance_edit};
+    for (int i = 1; i < tab_order.size(); ++i)
+        setTabOrder(tab_order[i - 1], tab_order[i]);
 }
 
 QLineEdit* TToleranceWidget::Create_Result_Field(const char* object_name)
@@ -109,35 +116,6 @@ QLayout* TToleranceWidget::Create_Button_Layout()
         buttons->addWidget(button);
     }
     return buttons;
-}
-
-QLayout* TToleranceWidget::Create_Results_Layout()
-{
-    const struct
-    {
-        QString label;
-        QWidget* field;
-        bool has_unit;
-    } rows[] = {{tr("Measured Range:"), d_range_edit, true},
-                {tr("Tolerance:"), d_tolerance_edit, true},
-                {tr("Sub Tolerance:"), d_sub_tolerance_slider, false},
-                {tr("Sub Tolerance Range:"), d_sub_tolerance_edit, true}};
-
-    auto* layout = new QGridLayout;
-    layout->setSpacing(4);
-    layout->setContentsMargins(0, 0, 0, 0);
-    int line = 0;
-    for (const auto& row : rows) {
-        auto* label = new QLabel(row.label, d_results_group);
-        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        label->setBuddy(row.field);
-        layout->addWidget(label, line, 0);
-        layout->addWidget(row.field, line, 1);
-        if (row.has_unit)
-            layout->addWidget(new QLabel(tr("mm"), d_results_group), line, 2);
-        ++line;
-    }
-    return layout;
 }
 
 void TToleranceWidget::Update()

@@ -75,8 +75,8 @@ public:
 private:
     double d_tolerance_length{0.0};
 
+    void Create_Layout();
     QLayout* Create_Button_Layout();
-    QLayout* Create_Results_Layout();
     QLineEdit* Create_Result_Field(const char* object_name);
     bool Parse_Expression(const QString& expression);
 };
