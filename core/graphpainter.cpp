@@ -66,6 +66,30 @@ bool Clip_Part(double start, double delta, double& first, double& last)
     return first <= last;
 }
 
+// The first point that is not strictly between two corners; `low` and `high` are widened to the y of those
+// that are. Values are compared here instead of pixels, which their order allows: a pixel column may hold
+// thousands of points. As a function of its own, the loop has the registers for itself.
+Q_NEVER_INLINE const TVector2* First_Outside(const TVector2* point, const TVector2* end, const TVector2& from,
+                                             const TVector2& to, double& low, double& high)
+{
+    const double x_from = from.x;
+    const double x_to = to.x;
+    const double y_from = from.y;
+    const double y_to = to.y;
+    double least = low;
+    double greatest = high;
+    for (; point != end; ++point) {
+        const double y = point->y;
+        if (!(point->x > x_from && point->x < x_to && y > y_from && y < y_to))
+            break;
+        least = std::min(least, y);
+        greatest = std::max(greatest, y);
+    }
+    low = least;
+    high = greatest;
+    return point;
+}
+
 // The segments of a polyline in whole pixels. What runs up and down within one pixel column becomes a single
 // segment: it covers the same pixels. Segments are drawn one by one, for a polyline of the painter loses the
 // tips of some spikes.
@@ -130,9 +154,8 @@ private:
         return next;
     }
 
-    // The first point from `next` on that is not safely inside the column. Values are compared instead of
-    // pixels, which the order of values allows: there may be thousands of points to a column. Near the
-    // column's edges rounding decides, so that these are left to the exact mapping.
+    // The first point from `next` on that is not safely inside the column. Near the column's edges rounding
+    // decides, so that these points are left to the exact mapping.
     size_t Skip_Inside(size_t next, int column, double& low, double& high) const
     {
         const TGraphAxis& axis = d_mapping.d_horizontal;
@@ -140,14 +163,10 @@ private:
         if (column < 1 || edge > 0.25)
             return next;
         const auto [x_low, x_high] = Values_Between(axis, column + edge, column + 1.0 - edge);
-        for (; next < d_points.size(); ++next) {
-            const TVector2& point = d_points[next];
-            if (!(point.x > x_low && point.x < x_high && point.y > d_y_low && point.y < d_y_high))
-                break;
-            low = std::min(low, point.y);
-            high = std::max(high, point.y);
-        }
-        return next;
+        const TVector2* begin = d_points.data();
+        const TVector2* stop = First_Outside(begin + next, begin + d_points.size(), {x_low, d_y_low},
+                                             {x_high, d_y_high}, low, high);
+        return static_cast<size_t>(stop - begin);
     }
 
     static std::pair<double, double> Values_Between(const TGraphAxis& axis, double first, double second)
