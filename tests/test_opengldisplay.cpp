@@ -220,9 +220,9 @@ TEST_F(OpenGLDisplay, FitShowsTheWholeScene)
     for (const int buffer : buffers) {
         const auto* vertices = view.d_VertexBuffers.Item(buffer);
         ASSERT_NE(vertices, nullptr);
+        const double* v = vertices->data.get();
         for (int i = 0; i < vertices->size; i += 3)
-            shown |=
-                QRect(Pixel({vertices->data[i], vertices->data[i + 1], vertices->data[i + 2]}), QSize(1, 1));
+            shown |= QRect(Pixel({v[i], v[i + 1], v[i + 2]}), QSize(1, 1));
     }
     EXPECT_NEAR(std::max(shown.width(), shown.height()), 400, 2);
     EXPECT_LT((shown.center() - view.rect().center()).manhattanLength(), 4);
