@@ -59,7 +59,7 @@ double BallBarMeshes::Sphere_Radius(double bar_length)
 
 int BallBarMeshes::Level(size_t bar_count)
 {
-    constexpr size_t most_bars[] = {20000, 10000, 2000, 300}; // at level 0, 1, 2 and 3
+    constexpr size_t most_bars[] = {20000, 10000, 1000, 40}; // at level 0, 1, 2 and 3
     int level = -1;
     for (const size_t most : most_bars)
         level += bar_count <= most ? 1 : 0;

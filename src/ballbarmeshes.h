@@ -26,8 +26,8 @@ using TMeshes = std::array<TOpenGLGeometryFactory::TMesh, SLOT_COUNT>;
 double Sphere_Radius(double bar_length);
 
 /// The fineness (subdivision level of the spheres) for a scene of that many bars: finest for few, so that
-/// spheres are round close up, and coarser in steps so that the memory of all meshes together stays below
-/// some 250 MB up to 40,000 bars. At -1, for more than that, a bar is a bare sliver of four triangles.
+/// spheres are round close up, and coarser in steps so that the view stays fluent and all meshes together
+/// take less than 250 MB up to 20,000 bars. At -1, for more than that, a bar is a sliver of four triangles.
 int Level(size_t bar_count);
 
 /// The meshes at a level: the rod between the sphere centres, the spheres, and at each sphere the probe as it

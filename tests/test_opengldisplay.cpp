@@ -265,9 +265,9 @@ TEST_F(OpenGLDisplay, ClearingReleasesEverything)
         return std::count_if(std::begin(bar.buffers), std::end(bar.buffers),
                              [this](int id) { return view.d_VertexBuffers.Has_Buffer(id); });
     };
-    for (int i = 0; i < 301; ++i) { // one more than the finest meshes are made for
+    for (int i = 0; i < 41; ++i) { // one more than the finest meshes are made for
         view.Add_BallBar(Bar(i, {1.0 * i, 0, 0}, {1.0 * i, 100, 0}));
-        const int fineness = i < 300 ? 64 : 16;
+        const int fineness = i < 40 ? 64 : 16;
         ASSERT_EQ(view.d_VertexBuffers.Buffer_Size(view.d_BallBars[0].buffers[1]), 2 * 3 * 24 * fineness);
     }
     for (const auto& bar : view.d_BallBars) {
@@ -275,7 +275,7 @@ TEST_F(OpenGLDisplay, ClearingReleasesEverything)
         EXPECT_EQ(view.d_VertexBuffers.Buffer_Size(bar.buffers[1]), 2 * 3 * 24 * 16);
     }
     const auto bars = view.d_BallBars;
-    EXPECT_EQ(view.d_SelectionItems.size(), 301U);
+    EXPECT_EQ(view.d_SelectionItems.size(), 41U);
     view.Clear_BallBars();
     EXPECT_TRUE(view.d_BallBars.empty() && view.d_SelectionItems.empty());
     for (const auto& bar : bars)
