@@ -114,17 +114,13 @@ TEST(GraphMapping, FitToData)
     }
 }
 
-TEST(GraphMapping, StoredExtentLeavesTheMarginOut)
-{
-    const TGraphMapping mapping = Fitted({{0, -1}, {50, 99}}, Scaling(1, 1));
-    EXPECT_DOUBLE_EQ(mapping.d_data_width, 50);
-    EXPECT_DOUBLE_EQ(mapping.d_data_height, 100);
-}
-
 TEST(GraphMapping, FitToRect)
 {
     // x 0..400 and y 0..200: one unit per pixel
     const TGraphMapping start = Fitted({{0, 0}, {400, 200}}, Scaling(2, 2, false));
+    const TGraphMapping margins = Fitted({{0, 0}, {400, 200}}, Scaling(1, 1, false));
+    EXPECT_EQ(margins.d_data_width, 400); // the margins do not count
+    EXPECT_EQ(margins.d_data_height, 200);
     const struct
     {
         const char* name;
@@ -200,14 +196,4 @@ TEST(GraphMapping, AreaWithoutRoomCanBeInverted)
         EXPECT_NEAR(value.x, 2, 1e-9);
         EXPECT_NEAR(value.y, 6, 1e-9);
     }
-}
-
-TEST(GraphMapping, MovedShowsTheSameRange)
-{
-    const TGraphMapping mapping = Fitted({{1, 5}, {3, 9}}, Scaling(1, 3));
-    const TGraphMapping moved = mapping.Moved_To(QRect(10, 20, 51, 31));
-    EXPECT_NEAR(moved.d_horizontal.Value(10), mapping.d_horizontal.Value(100), 1e-9);
-    EXPECT_NEAR(moved.d_horizontal.Value(60), mapping.d_horizontal.Value(500), 1e-9);
-    EXPECT_NEAR(moved.d_vertical.Value(50), mapping.d_vertical.Value(240), 1e-9);
-    EXPECT_NEAR(moved.d_vertical.Value(20), mapping.d_vertical.Value(40), 1e-9);
 }
