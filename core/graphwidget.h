@@ -102,6 +102,9 @@ public:
     const TGraphMapping& Mapping() const { return d_view.mapping; }
     const TGraphLayout& Layout() const { return d_view.layout; }
 
+    /// What was last shown of the pointer: x and y in data units with five decimals.
+    const QString& Cursor_Position_Text() const { return d_cursor_position_text; }
+
     /// @name Logarithmic axes
     /// Value to pixel and back, and from the pixels of the linear axis of the same range to those of the
     /// logarithmic one (forward) and back (reverse).

@@ -203,8 +203,10 @@ TEST(GraphMouse, HoverTextAndCursor)
     graph.Move({-1, 0});
     EXPECT_TRUE(graph.Painted_Next().isEmpty());
     EXPECT_EQ(graph.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(graph.Cursor_Position_Text(), QStringLiteral("0.00000,   0.00000"));
 
-    graph.Move({90, 90});
+    graph.Move({0, 0});
+    EXPECT_EQ(graph.Cursor_Position_Text(), QStringLiteral("0.00000,   100.00000"));
     EXPECT_EQ(graph.Painted_Next(), QRegion(row));
     EXPECT_EQ(graph.cursor().shape(), Qt::CrossCursor);
     const QImage hovered = graph.Seen();
