@@ -31,7 +31,8 @@ QString Too_Old_Message(const QString& version_text, const QString& extensions_t
              Heading(TOpenGLDisplayWidget::tr("OpenGL Extensions:")), extensions_text.toHtmlEscaped());
 }
 
-/// Text that stays readable on the white frame whatever the desktop's colours are.
+/// Text that stays readable on the white frame whatever the desktop's colours are. Each child gets it by
+/// itself: below a style sheet palettes are not inherited.
 QPalette Black_On_White(QPalette palette)
 {
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
@@ -52,7 +53,6 @@ TOpenGLDisplayWidget::TOpenGLDisplayWidget(const QWidget* parent, Qt::WindowFlag
 
     setFrameShape(QFrame::Box);
     setStyleSheet(QStringLiteral("background-color: rgb(255, 255, 255);"));
-    setPalette(Black_On_White(palette()));
     auto* layout = new QGridLayout(this);
     layout->setContentsMargins(1, 1, 1, 1);
     layout->setColumnStretch(0, 1);
@@ -61,6 +61,7 @@ TOpenGLDisplayWidget::TOpenGLDisplayWidget(const QWidget* parent, Qt::WindowFlag
         d_Message->setObjectName(QStringLiteral("message"));
         d_Message->setWordWrap(true);
         d_Message->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        d_Message->setPalette(Black_On_White(d_Message->palette()));
         layout->addWidget(d_Message, 0, 0, 6, 1);
     } else {
         d_Display = new TOpenGLDisplay(this);
@@ -170,6 +171,7 @@ QToolButton* TOpenGLDisplayWidget::Add_Button(QGridLayout* layout, int row, cons
     button->setIcon(QIcon(QStringLiteral(":/toolbar/%1.png").arg(image)));
     button->setToolTip(tool_tip);
     button->setAccessibleName(tool_tip);
+    button->setPalette(Black_On_White(button->palette()));
     layout->addWidget(button, row, 1);
     return button;
 }

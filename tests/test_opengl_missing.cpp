@@ -3,7 +3,9 @@
 #include "opengldisplay.h"
 #include "opengldisplaywidget.h"
 
+#include <QApplication>
 #include <QLabel>
+#include <QPalette>
 #include <QTest>
 #include <QToolButton>
 
@@ -19,6 +21,8 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     EXPECT_EQ(version.startsWith(QLatin1String("1.4")), old);
     EXPECT_EQ(extensions == QLatin1String("unchanged"), !old);
 
+    QApplication::setPalette(
+        QPalette(Qt::white, Qt::black, Qt::gray, Qt::darkGray, Qt::gray, Qt::white, Qt::black));
     TOpenGLDisplayWidget frame;
     EXPECT_EQ(frame.findChild<TOpenGLDisplay*>(), nullptr);
     const auto* message = frame.findChild<QLabel*>();
@@ -40,6 +44,13 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     frame.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&frame));
     EXPECT_EQ(frame.height(), 400); // a long list of extensions does not stretch the window
+    const QImage picture = frame.grab(QRect(5, 5, 400, 60)).toImage();
+    int dark = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            dark += qGray(picture.pixel(x, y)) < 64 ? 1 : 0;
+    EXPECT_GT(dark, 200); // black letters on white, also on a dark desktop
+    EXPECT_LT(dark, picture.width() * picture.height() / 4);
     frame.Add_BallBar(0, QStringLiteral("A"), {0, 0, 0}, {1, 1, 1}, {0, 0, 1}, true, true);
     frame.Define_Machine_Volume({0, 0, 0}, {1, 1, 1});
     frame.Set_Selection(0);
