@@ -18,11 +18,9 @@ constexpr double FLOAT = 2e-7; // the driver keeps its matrices in single precis
 class TTestView : public TOpenGLWidget
 {
 public:
-    using TOpenGLWidget::d_ControlKeyDown;
     using TOpenGLWidget::d_RotationCenter;
     using TOpenGLWidget::d_RubberBand;
     using TOpenGLWidget::d_SelectionItems;
-    using TOpenGLWidget::d_ShiftKeyDown;
 
     TCamera Camera()
     {
@@ -286,21 +284,6 @@ TEST_F(OpenGLWidget, RubberBandZooms)
 
     Drag(&view, Qt::LeftButton, {{10, 10}, {30, 10}, {60, 10}}); // no height: nothing to zoom to
     EXPECT_NEAR(view.Camera().projection(5), before * 300 / 80, FLOAT);
-}
-
-TEST_F(OpenGLWidget, ModifierKeysGoOnToTheParent)
-{
-    for (const auto& [key, flag] :
-         {std::pair{Qt::Key_Shift, &view.d_ShiftKeyDown}, {Qt::Key_Control, &view.d_ControlKeyDown}}) {
-        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
-        QApplication::sendEvent(&view, &press);
-        EXPECT_TRUE(*flag);
-        EXPECT_FALSE(press.isAccepted());
-        QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
-        QApplication::sendEvent(&view, &release);
-        EXPECT_FALSE(*flag);
-        EXPECT_FALSE(release.isAccepted());
-    }
 }
 
 TEST_F(OpenGLWidget, MovingToAnotherWindowKeepsTheViewAlive)
