@@ -290,12 +290,15 @@ TEST_F(OpenGLWidget, MovingToAnotherWindowKeepsTheViewAlive)
 {
     QWidget window;
     window.resize(400, 300);
+    const double fitted = view.Camera().projection(5);
+    Wheel(&view, 120);
     view.d_Rotate3dMode = true;
     view.d_PanMode = false;
     view.setParent(&window);
     view.show();
     Show(&window, &view);
     EXPECT_TRUE(view.d_Rotate3dMode && !view.d_PanMode); // the owner's buttons still say so
+    EXPECT_NEAR(view.Camera().projection(5), fitted, FLOAT);
     Click(&view, Qt::LeftButton, Pixel(CENTER));
     ASSERT_EQ(points.size(), 1);
     EXPECT_NEAR(Length(points[0] - CENTER), RADIUS, 1.5 * Pixel_Size());
