@@ -202,12 +202,8 @@ TDatabaseItem TDatabase::Database_Item(const QString& date, const QString& time,
     QSqlQuery query = Query();
     if (!Execute(&query, Statements::Select_Positions(date_id, time_id, Rows_Of(date_id, time_id))))
         return item;
-    while (query.next())
-        item.Add_Ballbar(Position_Of(query));
-    if (query.lastError().isValid()) { // a damaged file shows only when its page is reached
-        Fail(query.lastError().text());
+    if (!Read_All(&query, [&] { item.Add_Ballbar(Position_Of(query)); }))
         return TDatabaseItem();
-    }
     if (item.Ballbar_Count() > 0) {
         item.Set_Date(date);
         item.Set_Time(time);
@@ -306,6 +302,16 @@ bool TDatabase::Execute(QSqlQuery* query, const QString& statement) const
     return Fail(error.text());
 }
 
+// Calls `read` for every row. Returns false where the rows break off: a damaged file shows only when the
+// reading comes to its damaged page.
+bool TDatabase::Read_All(QSqlQuery* query, const std::function<void()>& read) const
+{
+    while (query->next())
+        read();
+    const QSqlError error = query->lastError();
+    return !error.isValid() || Fail(error.text());
+}
+
 void TDatabase::Wait_For_Locks(bool wait) const
 {
     d_waits_for_locks = wait;
@@ -356,10 +362,8 @@ QStringList TDatabase::First_Column(const QString& statement, bool* valid) const
         return texts;
     }
     QSqlQuery query = Query();
-    *valid = Execute(&query, statement);
-    while (query.next())
-        texts.append(query.value(0).toString());
-    return texts;
+    *valid = Execute(&query, statement) && Read_All(&query, [&] { texts.append(query.value(0).toString()); });
+    return *valid ? texts : QStringList();
 }
 
 // Without indexes each look-up of a set's positions scans the whole table. From the second one on it pays to
@@ -387,10 +391,10 @@ void TDatabase::Find_Rows() const
     if (!Execute(&query, Statements::Select_Rows()))
         return;
     TRowMap rows;
-    while (query.next())
-        rows[{query.value(0).toInt(), query.value(1).toInt()}] = {query.value(2).toLongLong(),
-                                                                  query.value(3).toLongLong()};
-    if (!query.lastError().isValid())
+    const auto value = [&query](int column) { return query.value(column).toLongLong(); };
+    if (Read_All(&query, [&] {
+            rows[{static_cast<int>(value(0)), static_cast<int>(value(1))}] = {value(2), value(3)};
+        }))
         d_rows = std::move(rows);
 }
 

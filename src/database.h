@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -75,6 +76,7 @@ private:
     void Remove_Connection();
     QSqlQuery Query() const;
     bool Execute(QSqlQuery* query, const QString& statement) const;
+    bool Read_All(QSqlQuery* query, const std::function<void()>& read) const;
     void Wait_For_Locks(bool wait) const;
     bool Change(QSqlQuery* query, const QString& statement, const QString& failure);
     bool Change(const QString& statement, const QString& failure);

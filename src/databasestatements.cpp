@@ -3,6 +3,8 @@
 
 #include "numbers.h"
 
+#include <QStringBuilder>
+
 namespace
 {
 
@@ -113,7 +115,7 @@ QString Statements::Insert_Position(int date_id, int time_id, const Types::TBall
     return centres.arg(Id(date_id), Id(time_id), Quoted(position.name), Position_Value(position.sph1.x),
                        Position_Value(position.sph1.y), Position_Value(position.sph1.z),
                        Position_Value(position.sph2.x), Position_Value(position.sph2.y),
-                       Position_Value(position.sph2.z)) +
+                       Position_Value(position.sph2.z)) %
            rest.arg(Position_Value(position.sph1_form), Position_Value(position.sph2_form),
                     Position_Value(position.tool.x), Position_Value(position.tool.y),
                     Position_Value(position.tool.z));

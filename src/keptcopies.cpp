@@ -40,7 +40,7 @@ void Kept_Copies::Remove_Old(const QString& database_file, int count)
 bool Kept_Copies::Put_In_Place(const QString& written_file, const QString& final_file)
 {
     QFile file(written_file);
-    if (!file.open(QIODevice::ReadWrite) || ::fsync(file.handle()) != 0)
+    if (!file.open(QIODevice::ReadOnly) || ::fsync(file.handle()) != 0)
         return false;
     file.close();
     return QFile::rename(written_file, final_file);
