@@ -142,13 +142,13 @@ bool TDatabase::Keep_Copy()
     return true;
 }
 
-void TDatabase::Set_Synchronous(bool synchronous)
+void TDatabase::Set_Bulk_Mode(bool bulk)
 {
     if (!Is_Connected())
         return;
-    Change_Or_Not(Statements::Set_Synchronous(synchronous));
-    if (synchronous)
-        Change_Or_Not(Statements::Touch()); // what is written before a change reaches the disk with it
+    Change_Or_Not(Statements::Roll_Back());
+    for (const QString& statement : Statements::Set_Bulk_Mode(bulk))
+        Change_Or_Not(statement);
 }
 
 int TDatabase::Date_Id(const QString& date) const
@@ -220,22 +220,33 @@ bool TDatabase::Add_Database_Item(const TDatabaseItem& item)
     // A failed save leaves its transaction open; what it had written must not be committed with this set.
     Change_Or_Not(Statements::Roll_Back());
 
-    if (!Date_Exists(item.Date()) &&
-        !Change(Statements::Insert_Date(item.Date()), "Cannot add data to table 'date'"))
-        return false;
-    const int date_id = Date_Id(item.Date());
-    if (date_id < 0) // a table that can be written but not read; a set under -1 would never be found again
-        return false;
-    if (!Time_Exists(item.Date(), item.Time()) &&
-        !Change(Statements::Insert_Time(date_id, item.Time()), "Cannot add data to table 'time'"))
-        return false;
-    const int time_id = Time_Id(date_id, item.Time());
+    const int date_id = Make_Date_Id(item.Date());
+    const int time_id = date_id < 0 ? -1 : Make_Time_Id(date_id, item.Time());
     if (time_id < 0)
         return false;
-
     return Replace_Positions(date_id, time_id, item) &&
            Change(Statements::Delete_Summary(date_id, time_id), "Cannot delete existing summary data") &&
            Change(Statements::Insert_Summary(date_id, time_id, item), "Cannot add data to table 'summary'");
+}
+
+// The row of the date, inserted where there is none. After an insert the id is looked up: a table that takes
+// rows but cannot be read gives -1, under which a set would never be found again.
+int TDatabase::Make_Date_Id(const QString& date)
+{
+    const int date_id = Date_Id(date);
+    if (date_id >= 0)
+        return date_id;
+    return Change(Statements::Insert_Date(date), "Cannot add data to table 'date'") ? Date_Id(date) : -1;
+}
+
+int TDatabase::Make_Time_Id(int date_id, const QString& time)
+{
+    const int time_id = Time_Id(date_id, time);
+    if (time_id >= 0)
+        return time_id;
+    return Change(Statements::Insert_Time(date_id, time), "Cannot add data to table 'time'")
+               ? Time_Id(date_id, time)
+               : -1;
 }
 
 bool TDatabase::Replace_Positions(int date_id, int time_id, const TDatabaseItem& item)

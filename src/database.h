@@ -44,10 +44,9 @@ public:
     /// the database cannot be written just now, so that a success allows to replace its content.
     bool Keep_Copy();
 
-    /// Whether a change is on the disk when its call returns; so from Connect() on. Without it many changes
-    /// in a row are quick and survive the end of the program, but not a power failure. Switched on again,
-    /// everything is brought to the disk.
-    void Set_Synchronous(bool synchronous);
+    /// For many changes in a row: each is quick and survives the end of the program, but not a power failure,
+    /// and other processes are kept out. When the mode ends, everything is brought to the disk.
+    void Set_Bulk_Mode(bool bulk);
 
     /// Row identifiers, -1 where there is none.
     int Date_Id(const QString& date) const;
@@ -86,6 +85,8 @@ private:
     Statements::TRows Rows_Of(int date_id, int time_id) const;
     void Find_Rows() const;
     void Forget_Rows() const;
+    int Make_Date_Id(const QString& date);
+    int Make_Time_Id(int date_id, const QString& time);
     bool Replace_Positions(int date_id, int time_id, const TDatabaseItem& item);
     bool Insert_Positions(int date_id, int time_id, const TDatabaseItem& item);
 

@@ -397,8 +397,8 @@ void TDatabaseDialog::Read_Sets(QIODevice* content)
 {
     using Backup_File::TRecord;
     // Four changes to each set would wait for the disk; after a power failure the copy is there.
-    d_database.Set_Synchronous(false);
-    const auto done = qScopeGuard([this] { d_database.Set_Synchronous(true); });
+    d_database.Set_Bulk_Mode(true);
+    const auto done = qScopeGuard([this] { d_database.Set_Bulk_Mode(false); });
     TDatabaseItem pending;
     while (!content->atEnd()) {
         Set_Progress(static_cast<int>(content->pos()));

@@ -175,12 +175,10 @@ QString Statements::Set_Busy_Timeout(int timeout)
     return QString("PRAGMA busy_timeout=%1").arg(timeout);
 }
 
-QString Statements::Set_Synchronous(bool synchronous)
+QStringList Statements::Set_Bulk_Mode(bool bulk)
 {
-    return QString("PRAGMA synchronous=%1").arg(synchronous ? "FULL" : "OFF");
-}
-
-QString Statements::Touch()
-{
-    return "PRAGMA user_version=0";
+    if (bulk)
+        return {"PRAGMA locking_mode=EXCLUSIVE", "PRAGMA synchronous=OFF"};
+    // A change is what the first two wait for; nobody uses the user version.
+    return {"PRAGMA locking_mode=NORMAL", "PRAGMA synchronous=FULL", "PRAGMA user_version=0"};
 }

@@ -4,6 +4,7 @@
 #include "databaseitem.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <limits>
 
@@ -62,9 +63,8 @@ QString Begin_Writing();
 QString Copy_Into(const QString& file);
 /// How long statements wait for a lock, milliseconds.
 QString Set_Busy_Timeout(int timeout);
-/// Whether each change waits until it is on the disk.
-QString Set_Synchronous(bool synchronous);
-/// A change without consequences: the user version is not used here.
-QString Touch();
+/// Switches the bulk mode on or off: the database stays locked for others from the first change on, and no
+/// change waits for the disk. What ends it also brings everything to the disk and takes the lock off.
+QStringList Set_Bulk_Mode(bool bulk);
 
 } // namespace Statements
