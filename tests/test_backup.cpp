@@ -8,9 +8,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
-#include <random>
-
 using Backup_File::TRecord;
 
 namespace
@@ -97,21 +94,6 @@ TEST(Backup, ReadsLines)
     for (const auto& row : rows)
         EXPECT_EQ(Text(Backup_File::Read_Line(row.line)), QString(row.record))
             << row.line.left(80).constData();
-}
-
-// Bytes knocked about at random must never do worse than be ignored.
-TEST(Backup, SurvivesDamagedLines)
-{
-    std::mt19937 random(1);
-    const QByteArray good = "Entry:P1,1.5,2,3,4,5,6,7,8,9,10,11\n";
-    for (int run = 0; run < 20000; ++run) {
-        QByteArray line = good;
-        for (unsigned i = random() % 4; i > 0; --i)
-            line[static_cast<int>(random() % 32)] = static_cast<char>(random());
-        const TRecord record = Backup_File::Read_Line(line.left(static_cast<int>(random() % 40)));
-        for (const double value : {record.position.sph1.x, record.position.sph2.y, record.position.tool.z})
-            ASSERT_TRUE(std::isfinite(value)) << line.constData();
-    }
 }
 
 TEST(KeptCopies, AreFoundAndCounted)
