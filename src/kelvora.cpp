@@ -366,7 +366,10 @@ void TKelvora::Menu_Add_To_Database()
 
 void TKelvora::Menu_Show_Database()
 {
+    const QString known_error = d_database_dialog->Last_Error();
     d_database_dialog->exec();
+    if (d_database_dialog->Last_Error() != known_error) // the dialog itself ends its commands silently
+        Show_Error(d_database_dialog->Last_Error());
 }
 
 void TKelvora::Menu_About()
