@@ -5,6 +5,8 @@
 
 #include <QVector>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -19,17 +21,17 @@ QByteArray Key_Line(const QString& key, const QString& text)
     return (key + text + '\n').toUtf8();
 }
 
-QString Position_Line(const Types::TBallbar_Item& position)
+void Append_Position_Line(QString* lines, const Types::TBallbar_Item& position)
 {
-    QString line = POSITION_KEY + position.name;
+    *lines += POSITION_KEY + position.name;
     for (const double value : {position.sph1.x, position.sph1.y, position.sph1.z, position.sph2.x,
                                position.sph2.y, position.sph2.z, position.sph1_form, position.sph2_form,
                                position.tool.x, position.tool.y, position.tool.z})
-        line += ',' + Fixed(value, 5);
-    return line + '\n';
+        *lines += ',' + Fixed(value, 5);
+    *lines += '\n';
 }
 
-// The counterpart of Position_Line(): `fields` is its text after the key.
+// The counterpart of Append_Position_Line(): `fields` is its text after the key.
 Types::TBallbar_Item Position_Of(const QString& fields)
 {
     const QVector<QStringRef> parts = fields.splitRef(',');
@@ -63,10 +65,10 @@ QByteArray Backup_File::Time_Line(const QString& time)
 
 QByteArray Backup_File::Position_Lines(const TDatabaseItem& item)
 {
-    QByteArray lines;
+    QString lines;
     for (const Types::TBallbar_Item& position : item.Ballbar_Items())
-        lines += Position_Line(position).toUtf8();
-    return lines;
+        Append_Position_Line(&lines, position);
+    return lines.toUtf8();
 }
 
 Backup_File::TRecord Backup_File::Read_Line(const QByteArray& line)
@@ -83,6 +85,15 @@ Backup_File::TRecord Backup_File::Read_Line(const QByteArray& line)
     if (text.startsWith(POSITION_KEY) && text.count(',') == FIELD_COUNT - 1)
         return {TRecord::POSITION, {}, Position_Of(after(POSITION_KEY))};
     return {};
+}
+
+QByteArray Backup_File::Next_Line(const QByteArray& content, int* position)
+{
+    const int begin = *position;
+    const int newline = content.indexOf('\n', begin);
+    const int end = newline < 0 ? content.size() : newline;
+    *position = std::min(end + 1, content.size());
+    return content.mid(begin, end - begin);
 }
 
 QStringList Backup_File::Summary_Titles()

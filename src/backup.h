@@ -37,6 +37,9 @@ struct TRecord
 /// A number that is no finite decimal reads as 0; a position without exactly twelve fields is UNKNOWN.
 TRecord Read_Line(const QByteArray& line);
 
+/// The line of `content` that begins at `*position`, without its newline; the position moves behind it.
+QByteArray Next_Line(const QByteArray& content, int* position);
+
 /// The titles of the exported summary.
 QStringList Summary_Titles();
 /// A line of the exported summary: each cell in double quotes, separated by commas.

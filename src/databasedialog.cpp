@@ -4,7 +4,6 @@
 #include "backup.h"
 #include "numbers.h"
 
-#include <QBuffer>
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileDialog>
@@ -224,19 +223,19 @@ void TDatabaseDialog::Restore()
     QFile file(file_name);
     if (!file.open(QIODevice::ReadOnly))
         return;
-    QBuffer content;
-    content.setData(file.readAll());
-    content.open(QIODevice::ReadOnly);
+    const QByteArray content = file.readAll();
     file.close();
 
     Set_Busy(true);
     const auto done = qScopeGuard([this] { Set_Busy(false); });
-    Show_Progress(tr("Restoring the backup"), static_cast<int>(content.size()));
-    if (!content.atEnd()) {
-        if (Backup_File::Read_Line(content.readLine()).kind != Backup_File::TRecord::HEADER)
+    Show_Progress(tr("Restoring the backup"), content.size());
+    if (!content.isEmpty()) {
+        int position = 0;
+        const QByteArray first_line = Backup_File::Next_Line(content, &position);
+        if (Backup_File::Read_Line(first_line).kind != Backup_File::TRecord::HEADER)
             return; // the progress left on screen tells that this was no backup
         if (Empty_Database())
-            Read_Sets(&content);
+            Read_Sets(content, position);
     }
     d_progress->hide();
     Update_Tree();
@@ -392,17 +391,17 @@ bool TDatabaseDialog::Empty_Database()
     return true;
 }
 
-// Stores the sets of a backup file from behind its first line on. Whatever is no record is passed over.
-void TDatabaseDialog::Read_Sets(QIODevice* content)
+// Stores the sets of a backup file from `position` on. Whatever is no record is passed over.
+void TDatabaseDialog::Read_Sets(const QByteArray& content, int position)
 {
     using Backup_File::TRecord;
     // Four changes to each set would wait for the disk; after a power failure the copy is there.
     d_database.Set_Bulk_Mode(true);
     const auto done = qScopeGuard([this] { d_database.Set_Bulk_Mode(false); });
     TDatabaseItem pending;
-    while (!content->atEnd()) {
-        Set_Progress(static_cast<int>(content->pos()));
-        const TRecord record = Backup_File::Read_Line(content->readLine());
+    Set_Progress(position);
+    while (position < content.size()) {
+        const TRecord record = Backup_File::Read_Line(Backup_File::Next_Line(content, &position));
         if (record.kind == TRecord::POSITION) {
             pending.Add_Ballbar(record.position);
         } else if (record.kind == TRecord::DATE) {
@@ -412,8 +411,8 @@ void TDatabaseDialog::Read_Sets(QIODevice* content)
             Store_And_Clear(&pending);
             pending.Set_Time(record.text);
         }
+        Set_Progress(position);
     }
-    Set_Progress(d_progress->maximum());
     Store_And_Clear(&pending);
 }
 

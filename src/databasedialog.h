@@ -66,7 +66,7 @@ private:
     void Set_Progress(int value);
     bool Write_Date(const QString& date, QIODevice* file) const;
     bool Empty_Database();
-    void Read_Sets(QIODevice* content);
+    void Read_Sets(const QByteArray& content, int position);
     void Store_And_Clear(TDatabaseItem* item);
 
     QPushButton* d_backup_button{nullptr};
