@@ -223,6 +223,7 @@ void TKelvora::Create_Menus()
 void TKelvora::Create_Dialogs()
 {
     d_message_box = new TMessageBox(this);
+    d_message_box->setWindowTitle(windowTitle());
     d_database_dialog = new TDatabaseDialog(this);
     const QFileInfo directory(d_settings_directory);
     if (!directory.isDir() || !directory.isWritable())

@@ -12,7 +12,7 @@ namespace
 QString Paragraph(const QString& text)
 {
     // Two blanks follow a full stop; plain markup would show one.
-    return QStringLiteral("<p style=\"white-space: pre-wrap;\">%1<br/></p>").arg(text);
+    return QStringLiteral("<p style=\"margin: 0px; white-space: pre-wrap;\">%1<br/></p>").arg(text);
 }
 
 QString Heading(const QString& text)
