@@ -48,11 +48,10 @@ int main(int argc, char* argv[])
         TBallBarData data;
         data.Load_Data(path);
         window.Import_Ballbar_Data(path);
-        QString text;
         double report = 1e300;
         double display = 1e300;
         for (int i = 0; i < 3; ++i) {
-            report = std::min(report, Seconds([&] { text = Build_Report(data, 0.0174, 0.0087).text; }));
+            report = std::min(report, Seconds([&] { Build_Report(data, 0.0174, 0.0087); }));
             display = std::min(display, Seconds([&] {
                                    window.Update_Display(false);
                                    QApplication::processEvents();

@@ -9,8 +9,8 @@ public:
     double y{0.0};
     double z{0.0};
 
-    TVector3() = default;
-    TVector3(const double& x_value, const double& y_value, const double& z_value)
+    constexpr TVector3() = default;
+    constexpr TVector3(const double& x_value, const double& y_value, const double& z_value)
         : x(x_value), y(y_value), z(z_value)
     {
     }

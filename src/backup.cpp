@@ -10,10 +10,10 @@
 namespace
 {
 
-const QString HEADER = "Kelvora_Data:Version=1:Type=Backup";
-const QString DATE_KEY = "Entry_Date:";
-const QString TIME_KEY = "Entry_Time:";
-const QString POSITION_KEY = "Entry:";
+const QLatin1String HEADER("Kelvora_Data:Version=1:Type=Backup");
+const QLatin1String DATE_KEY("Entry_Date:");
+const QLatin1String TIME_KEY("Entry_Time:");
+const QLatin1String POSITION_KEY("Entry:");
 constexpr int FIELD_COUNT = 12;
 
 QByteArray Key_Line(const QString& key, const QString& text)
@@ -74,7 +74,7 @@ QByteArray Backup_File::Position_Lines(const TDatabaseItem& item)
 Backup_File::TRecord Backup_File::Read_Line(const QByteArray& line)
 {
     const QString text = QString::fromUtf8(line).simplified();
-    const auto after = [&text](const QString& key) { return text.mid(key.size()); };
+    const auto after = [&text](QLatin1String key) { return text.mid(key.size()); };
     if (text == HEADER)
         return {TRecord::HEADER, {}, {}};
     if (text.startsWith(DATE_KEY))

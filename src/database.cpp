@@ -40,7 +40,8 @@ QString Open_Error(const QSqlError& error, const QString& file)
                            "\t\tDatabase File Name: '%3'\n")
                        .arg(error.databaseText(), error.driverText(), file);
     text += "\tAvailable database drivers:\n";
-    for (const QString& driver : QSqlDatabase::drivers())
+    const QStringList drivers = QSqlDatabase::drivers();
+    for (const QString& driver : drivers)
         text += QString("\t\t%1\n").arg(driver);
     return text;
 }

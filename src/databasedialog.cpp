@@ -139,9 +139,11 @@ void TDatabaseDialog::Update_Tree()
     if (!d_database.Is_Connected())
         return;
     bool valid = false;
-    for (const QString& date : d_database.Date_List(&valid)) {
+    const QStringList dates = d_database.Date_List(&valid);
+    for (const QString& date : dates) {
         auto* date_item = new QTreeWidgetItem(d_tree, {date});
-        for (const QString& time : d_database.Time_List(date, &valid))
+        const QStringList times = d_database.Time_List(date, &valid);
+        for (const QString& time : times)
             new QTreeWidgetItem(date_item, {QString(), time});
     }
     d_tree->resizeColumnToContents(0);
@@ -317,7 +319,8 @@ bool TDatabaseDialog::Fail(const QString& error)
 std::vector<TDatabaseDialog::TKey> TDatabaseDialog::Selected_Keys() const
 {
     std::vector<TKey> keys;
-    for (const QTreeWidgetItem* item : d_tree->selectedItems()) {
+    const auto selected = d_tree->selectedItems();
+    for (const QTreeWidgetItem* item : selected) {
         if (item->parent())
             keys.emplace_back(item->parent()->text(0), item->text(1));
         for (int i = 0; i < item->childCount(); ++i)
@@ -373,7 +376,8 @@ bool TDatabaseDialog::Write_Date(const QString& date, QIODevice* file) const
 {
     file->write(Backup_File::Date_Line(date));
     bool times_valid = false;
-    for (const QString& time : d_database.Time_List(date, &times_valid)) {
+    const QStringList times = d_database.Time_List(date, &times_valid);
+    for (const QString& time : times) {
         bool valid = false;
         const TDatabaseItem item = d_database.Database_Item(date, time, &valid);
         if (valid)

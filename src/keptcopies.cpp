@@ -23,7 +23,8 @@ QStringList Kept_Copies::List(const QString& database_file)
     const QRegularExpression copy_name("^" + QRegularExpression::escape(file.completeBaseName()) +
                                        "_\\d{4}(-\\d\\d){2}_(\\d\\d-){3}\\d{3}\\.db$");
     QStringList copies;
-    for (const QString& name : file.dir().entryList({"*.db"}, QDir::Files, QDir::Name)) {
+    const QStringList names = file.dir().entryList({"*.db"}, QDir::Files, QDir::Name);
+    for (const QString& name : names) {
         if (copy_name.match(name).hasMatch())
             copies.append(file.dir().absoluteFilePath(name));
     }

@@ -86,8 +86,8 @@ const char* const FLAT_FRAGMENT_SOURCE = "   varying vec3 vertex_normal;\n"
                                          "       gl_FragColor = clamp(color, 0.0, 1.0);\n"
                                          "   }\n";
 
-const TVector3 MACHINE_COLOR(0.5, 0.5, 0.5);
-const TVector3 TRIAD_COLOR(0.25, 0.25, 0.25);
+constexpr TVector3 MACHINE_COLOR(0.5, 0.5, 0.5);
+constexpr TVector3 TRIAD_COLOR(0.25, 0.25, 0.25);
 
 /// Where a mesh has its two identifiers among the eight of a bar.
 struct TBufferPair

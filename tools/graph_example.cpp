@@ -123,7 +123,7 @@ int main(int argc, char* argv[])
     QObject::connect(tools->addAction(QStringLiteral("Zoom Out")), &QAction::triggered, tabs,
                      [shown] { shown()->ZoomOut(); });
     QObject::connect(tools->addAction(QStringLiteral("Save as PDF")), &QAction::triggered, tabs,
-                     [&window, shown] { Save_Picture(&window, *shown()); });
+                     [tabs, shown] { Save_Picture(tabs->window(), *shown()); });
     window.statusBar()->showMessage(QStringLiteral(
         "Left: drag a box to zoom in, click to read a point. Right: drag to pan, click to zoom out."));
     window.resize(900, 600);
