@@ -90,7 +90,7 @@ bool Split_Fields(std::string_view line, size_t count, TFields* fields)
 /// The position's name: runs of white space are one blank, and so is one before the comma.
 QString Name_Of(std::string_view field)
 {
-    const QString name = QString::fromLatin1(field.data(), static_cast<int>(field.size()));
+    QString name = QString::fromLatin1(field.data(), static_cast<int>(field.size()));
     if (field.find_first_of("\t\v\r") == std::string_view::npos && field.find("  ") == std::string_view::npos)
         return name;
     constexpr QLatin1Char end_mark('|'); // keeps simplified() from taking the blank at the end

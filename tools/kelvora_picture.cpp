@@ -17,6 +17,7 @@
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QSlider>
+#include <QSplitter>
 #include <QSurfaceFormat>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -132,8 +133,10 @@ void Prepare(TKelvora* window, const QCommandLineParser& options)
         const QStringList size = options.value(QStringLiteral("size")).split(QLatin1Char('x'));
         window->setGeometry(0, 0, size.value(0).toInt(), size.value(1).toInt());
     }
-    window->findChild<QTabWidget*>(QStringLiteral("analysis_tabs"))
-        ->setCurrentIndex(options.isSet(QStringLiteral("analysis")) ? 1 : 0);
+    if (options.isSet(QStringLiteral("analysis"))) {
+        window->findChild<QTabWidget*>(QStringLiteral("analysis_tabs"))->setCurrentIndex(1);
+        window->findChild<QSplitter*>(QStringLiteral("splitter"))->setSizes({1, 4});
+    }
     window->show();
     const QStringList files = options.positionalArguments();
     if (!files.isEmpty())
