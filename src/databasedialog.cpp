@@ -34,6 +34,7 @@ QLabel* Create_Title(const QString& text, QWidget* field)
     font.setUnderline(true);
     title->setFont(font);
     title->setBuddy(field);
+    field->setAccessibleName(text); // trees and tables do not take it from their buddies
     return title;
 }
 

@@ -44,6 +44,7 @@ public:
     explicit TPanelArea(QWidget* panel)
     {
         setFrameShape(QFrame::NoFrame);
+        setFocusPolicy(Qt::NoFocus); // it follows the field that has the focus
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setWidgetResizable(true);
         setWidget(panel);
@@ -144,6 +145,7 @@ QWidget* TKelvora::Create_Analysis_Pane()
     d_graph->d_vertical_scale_type = 2;
     d_graph->d_direct_render = true;
     d_graph->d_graph_title = tr("Measurement Distribution");
+    d_graph->setAccessibleName(d_graph->d_graph_title);
     d_graph->d_horizontal_title = tr("Ball Bar Length");
     d_graph->d_vertical_title = tr("Quantity");
 

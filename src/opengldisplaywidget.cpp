@@ -66,6 +66,7 @@ TOpenGLDisplayWidget::TOpenGLDisplayWidget(const QWidget* parent, Qt::WindowFlag
     } else {
         d_Display = new TOpenGLDisplay(this);
         d_Display->setObjectName(QStringLiteral("display"));
+        d_Display->setAccessibleName(tr("Ball bars in the volume of the machine"));
         layout->addWidget(d_Display, 0, 0, 6, 1);
         connect(d_Display, &TOpenGLWidget::Model_Click_Point, this,
                 &TOpenGLDisplayWidget::Model_Item_Clicked);

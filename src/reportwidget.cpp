@@ -26,10 +26,19 @@ QFont Report_Font()
 TReportWidget::TReportWidget(QWidget* parent) : QPlainTextEdit(parent)
 {
     setReadOnly(true);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setLineWrapMode(QPlainTextEdit::NoWrap);
     setUndoRedoEnabled(false);
     setFont(Report_Font());
     setAccessibleName(tr("Analysis"));
+}
+
+void TReportWidget::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        emit Line_Clicked(textCursor().blockNumber());
+    else
+        QPlainTextEdit::keyPressEvent(event);
 }
 
 void TReportWidget::mouseReleaseEvent(QMouseEvent* event)

@@ -13,9 +13,11 @@ public:
     explicit TReportWidget(QWidget* parent = nullptr);
 
 signals:
-    /// The line under the click, from 0, over the whole width of the view. Clicks below the text are silent.
+    /// The line under the click, from 0, over the whole width of the view, or that of the cursor when Return
+    /// is pressed. Clicks below the text are silent.
     void Line_Clicked(int line);
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 };

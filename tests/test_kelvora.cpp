@@ -276,6 +276,9 @@ TEST_F(Kelvora, ClickOnAReportLineSelectsThePosition)
     EXPECT_EQ(Field("name"), "Third");
     Click_Report("First");
     EXPECT_EQ(Field("name"), "First");
+    QTest::keyClick(&Report(), Qt::Key_Down);
+    QTest::keyClick(&Report(), Qt::Key_Return);
+    EXPECT_EQ(Field("name"), "Second");
     Slider().setValue(2); // a rebuild selects nothing
     EXPECT_EQ(Field("name"), "");
     d_window->Ballbar_Item_Clicked(0);

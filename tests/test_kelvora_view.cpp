@@ -6,6 +6,7 @@
 #include "opengldisplaywidget.h"
 #include "view_helpers.h"
 
+#include <QAccessible>
 #include <QLineEdit>
 #include <QSlider>
 #include <QTemporaryDir>
@@ -107,4 +108,21 @@ TEST_F(KelvoraView, MachineVolumeIsRedrawn)
     Child<QToolButton>(*d_window, "update").click();
     Paint(d_view);
     EXPECT_NE(d_view->grabFramebuffer(), before);
+}
+
+TEST_F(KelvoraView, KeyboardAndScreenReader)
+{
+    const QWidgetList widgets = d_window->findChildren<QWidget*>(); // of the dialogs too
+    for (QWidget* widget : widgets)
+        if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr) {
+            EXPECT_NE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name), QString())
+                << widget->metaObject()->className() << ' ' << widget->objectName().toStdString();
+        }
+    d_view->setFocus();
+    for (const char* const button : {"tb_scale_to_fit", "tb_pan", "tb_rotate2d", "tb_rotate3d"}) {
+        QTest::keyClick(d_window->focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(d_window->focusWidget()->objectName(), QLatin1String(button));
+    }
+    QTest::keyClick(d_window->focusWidget(), Qt::Key_Space);
+    EXPECT_TRUE(d_view->d_Rotate3dMode);
 }
