@@ -11,6 +11,12 @@ install(FILES ${packaging}/kelvora.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATA
 install(FILES ${packaging}/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
         FILES_MATCHING PATTERN "*.dat")
+# Laid out as in the sources, so that the links between them hold.
+foreach(document README CHANGELOG CONTRIBUTING)
+  install(FILES ${PROJECT_SOURCE_DIR}/${document}.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+endforeach()
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${CMAKE_INSTALL_DOCDIR}
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 
 set(hicolor ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
 install(FILES ${PROJECT_SOURCE_DIR}/images/kelvora.svg DESTINATION ${hicolor}/scalable/apps)

@@ -155,6 +155,7 @@ QWidget* TKelvora::Create_Analysis_Pane()
     d_analysis_tabs = new QTabWidget(this);
     d_analysis_tabs->setObjectName(QStringLiteral("analysis_tabs"));
     d_analysis_tabs->setTabPosition(QTabWidget::West);
+    d_analysis_tabs->setUsesScrollButtons(false); // with large letters the second tab would hide behind them
     d_analysis_tabs->addTab(d_graph, tr("Histogram"));
     d_analysis_tabs->addTab(d_report, tr("Analysis"));
 
