@@ -28,9 +28,10 @@ constexpr int MARKER = 3; // half the size of crosses and squares
 // Pixels further away than this cannot be seen, and whole numbers hold them with ease.
 constexpr double FAR_AWAY = 1 << 20;
 
+// In this order the comparisons take what is no number to be far away.
 int Whole_Pixel(double position)
 {
-    return static_cast<int>(std::clamp(position, -FAR_AWAY, FAR_AWAY));
+    return static_cast<int>(std::max(-FAR_AWAY, std::min(FAR_AWAY, position)));
 }
 
 QPoint Whole_Pixel(const QPointF& position)
@@ -222,10 +223,11 @@ bool Is_Opaque(const QColor& color)
     return color.alpha() == 255;
 }
 
-// Start of a piece of `length` centred on `centre`, moved as little as needed to stay within low to high.
-int Start_Within(int centre, int length, int low, int high)
+// A room centred on the column `centre`, but moved as little as needed to stay within `band`.
+QRect Centred_Within(const QRect& band, int centre, int width)
 {
-    return std::max(low, std::min(centre - length / 2, high - length));
+    const int left = std::max(band.left(), std::min(centre - width / 2, band.right() + 1 - width));
+    return {left, band.top(), width, band.height()};
 }
 
 // One line of text along a band, over `centre` as far as the ends of the band allow.
@@ -238,8 +240,7 @@ void Draw_Title(QPainter& painter, const QRect& band, int centre, const QString&
         text = metrics.elidedText(title, Qt::ElideRight, band.width());
         width = metrics.horizontalAdvance(text);
     }
-    const int left = Start_Within(centre, width, band.left(), band.right() + 1);
-    painter.drawText(QRect(left, band.top(), width, band.height()), Qt::AlignCenter | Qt::TextDontClip, text);
+    painter.drawText(Centred_Within(band, centre, width), Qt::AlignCenter | Qt::TextDontClip, text);
 }
 
 void Draw_Titles(QPainter& painter, const TGraphLayout& layout, const TGraphLegend& legend)
@@ -267,25 +268,68 @@ void Draw_Titles(QPainter& painter, const TGraphLayout& layout, const TGraphLege
     painter.restore();
 }
 
-void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout,
-                           const std::vector<TGraphTick>& ticks)
+int Widest_Label(const QFontMetrics& metrics, const std::vector<TGraphTick>& ticks)
 {
-    const QRect& row = layout.horizontal_labels;
-    const int frame = layout.graph.bottom() + 1;
+    int widest = 0;
+    for (const TGraphTick& tick : ticks)
+        widest = std::max(widest, metrics.horizontalAdvance(tick.label));
+    return widest;
+}
+
+// Ticks as dense as the labels allow, which may be wider than the cell of their format.
+std::vector<TGraphTick> Horizontal_Ticks(const QFontMetrics& metrics, const TGraphAxis& axis,
+                                         const TGraphLabelFormat& format)
+{
+    const int gap = metrics.averageCharWidth();
+    int spacing = format.cell.width();
+    for (;;) {
+        std::vector<TGraphTick> ticks = Graph_Ticks(axis, format, spacing);
+        const int needed = Widest_Label(metrics, ticks) + gap;
+        if (needed <= spacing)
+            return ticks;
+        spacing = needed;
+    }
+}
+
+// Where the labels stand: under their ticks, but within `row`. A tick whose label would have to move into
+// another one is taken out.
+std::vector<QRect> Place_Labels(const QFontMetrics& metrics, const QRect& row, std::vector<TGraphTick>& ticks)
+{
+    std::vector<QRect> rooms;
     for (const TGraphTick& tick : ticks) {
-        const int x = qRound(tick.pixel);
-        painter.setPen(tick.label.isEmpty() ? FINE_GRID : GRID);
+        const int width = metrics.horizontalAdvance(tick.label);
+        rooms.emplace_back(qRound(tick.pixel) - width / 2, row.top(), width, row.height());
+    }
+    for (size_t i = ticks.size(); i-- > 0;) {
+        const QRect under_tick = rooms[i];
+        rooms[i] = Centred_Within(row, qRound(ticks[i].pixel), under_tick.width());
+        const bool meets_another = std::any_of(rooms.begin(), rooms.end(), [&](const QRect& room) {
+            return &room != &rooms[i] && room.intersects(rooms[i]);
+        });
+        if (rooms[i] != under_tick && meets_another) {
+            rooms.erase(rooms.begin() + static_cast<long>(i));
+            ticks.erase(ticks.begin() + static_cast<long>(i));
+        }
+    }
+    return rooms;
+}
+
+void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout, std::vector<TGraphTick> ticks)
+{
+    const int frame = layout.graph.bottom() + 1;
+    const QRect row = layout.horizontal_labels.adjusted(0, 1 + TICK_LENGTH, 0, 0);
+    const std::vector<QRect> rooms = Place_Labels(painter.fontMetrics(), row, ticks);
+    for (size_t i = 0; i < ticks.size(); ++i) {
+        const int x = qRound(ticks[i].pixel);
+        const QString& label = ticks[i].label;
+        painter.setPen(label.isEmpty() ? FINE_GRID : GRID);
         painter.drawLine(x, layout.graph.top(), x, layout.graph.bottom());
-        if (tick.label.isEmpty())
+        if (label.isEmpty())
             continue;
         painter.setPen(FRAME);
         painter.drawLine(x, frame, x, frame + TICK_LENGTH);
-        const int width = painter.fontMetrics().horizontalAdvance(tick.label);
-        const QRect room(x - width / 2, frame + TICK_LENGTH, width, row.bottom() - frame - TICK_LENGTH);
-        if (room.left() < row.left() || room.right() > row.right())
-            continue;
         painter.setPen(INK);
-        painter.drawText(room, Qt::AlignHCenter | Qt::AlignTop | Qt::TextDontClip, tick.label);
+        painter.drawText(rooms[i], Qt::AlignHCenter | Qt::AlignTop | Qt::TextDontClip, label);
     }
 }
 
@@ -337,9 +381,8 @@ void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGra
     const double line = legend.vertical.cell.height();
     const double vertical_spacing = std::clamp(layout.graph.height() / 10.0, line * 1.1, line * 3.0);
     Draw_Vertical_Ticks(painter, layout, Graph_Ticks(mapping.d_vertical, legend.vertical, vertical_spacing));
-    Draw_Horizontal_Ticks(
-        painter, layout,
-        Graph_Ticks(mapping.d_horizontal, legend.horizontal, legend.horizontal.cell.width()));
+    Draw_Horizontal_Ticks(painter, layout,
+                          Horizontal_Ticks(painter.fontMetrics(), mapping.d_horizontal, legend.horizontal));
 
     // Just outside the plotting area, where no data can hide it.
     painter.setPen(FRAME);
@@ -353,6 +396,8 @@ void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGra
 
 void Draw_Fitted_Text(QPainter& painter, const QRect& room, int alignment, const QString& text)
 {
+    if (text.isEmpty() || room.isEmpty())
+        return;
     const int width = painter.fontMetrics().horizontalAdvance(text);
     painter.save();
     painter.setPen(INK);
