@@ -14,27 +14,29 @@ constexpr double LARGEST_ZOOM_OUT = 50.0;
 // Wider ranges would overflow while they are fitted.
 constexpr double LARGEST_VALUE = 1e300;
 
+// What is closer to zero counts as zero on logarithmic axes.
+constexpr double SMALLEST_POSITIVE = 1e-300;
+
 // The power of ten below the value, so that the value itself stands clear of the axis.
 double Decade_Below(double value)
 {
     return std::max(std::pow(10.0, std::ceil(std::log10(value)) - 1.0), std::numeric_limits<double>::min());
 }
 
-// Far from zero a fixed amount would vanish in the rounding, and the range stay empty.
+void Widen(double& low, double& high, double amount)
+{
+    low -= amount;
+    high += amount;
+}
+
+// Far from zero the fixed amount would vanish in the rounding, and the range stay empty.
 void Widen_If_Degenerate(double& low, double& high)
 {
     if (high - low >= SMALLEST_EXTENT)
         return;
     const double magnitude = std::max(std::abs(low), std::abs(high));
-    const double half = std::max(SMALLEST_EXTENT / 2.0, magnitude * 1e-12);
-    low -= half;
-    high += half;
-}
-
-void Widen(double& low, double& high, double amount)
-{
-    low -= amount;
-    high += amount;
+    const bool vanishes = SMALLEST_EXTENT / 2.0 < 4.0 * magnitude * std::numeric_limits<double>::epsilon();
+    Widen(low, high, vanishes ? magnitude * 1e-12 : SMALLEST_EXTENT / 2.0);
 }
 
 // The scaling is about the origin of the data, not about the middle of the range.
@@ -48,15 +50,45 @@ void Limit_Zoom_Out(double& low, double& high, double data_extent)
     high *= factor;
 }
 
-void Fit_Axis(TGraphAxis& axis, double first_pixel, double second_pixel, double data_extent)
+// Shows the values between two, which come in any order.
+void Fit_Axis(TGraphAxis& axis, double first, double second, double data_extent)
 {
-    const double first = axis.Linear_Value(first_pixel);
-    const double second = axis.Linear_Value(second_pixel);
     double low = std::clamp(std::min(first, second), -LARGEST_VALUE, LARGEST_VALUE);
     double high = std::clamp(std::max(first, second), -LARGEST_VALUE, LARGEST_VALUE);
     Limit_Zoom_Out(low, high, data_extent);
     Widen_If_Degenerate(low, high);
     axis.Show(low, high);
+}
+
+void Include_Zero(TGraphRange& range, const TGraphScaling& scaling)
+{
+    if (!scaling.y_includes_zero)
+        return;
+    range.d_y_max = std::max(range.d_y_max, scaling.y_minimum);
+    if (scaling.y_symmetric)
+        range.d_y_min = std::min(range.d_y_min, -scaling.y_minimum);
+}
+
+// The x range follows the bounds of y themselves, not their distance.
+void Lock_Aspect(TGraphRange& range, const QRect& graph)
+{
+    const double width = std::abs(graph.right() - graph.left());
+    const double height = std::abs(graph.top() - graph.bottom());
+    const double aspect = height > 0.0 ? width / height : 1.0;
+    const double centre = (range.d_x_min + range.d_x_max) / 2.0;
+    range.d_x_max = centre + range.d_y_max * aspect;
+    range.d_x_min = centre + range.d_y_min * aspect;
+    Widen_If_Degenerate(range.d_x_min, range.d_x_max);
+}
+
+// Returns the extent without the margin.
+double Show_Data(TGraphAxis& axis, double low, double high, double smallest_positive, int scale_type)
+{
+    const double extent = high - low;
+    axis.d_logarithmic = scale_type == GRAPH_SCALE_LOG10;
+    axis.d_log10_floor = Decade_Below(smallest_positive);
+    axis.Show(scale_type == GRAPH_SCALE_MARGIN ? low - extent / 50.0 : low, high);
+    return extent;
 }
 
 } // namespace
@@ -73,10 +105,12 @@ void TGraphAxis::Show(double low, double high)
     d_scale = Length() / (high - low);
     d_offset = d_begin - low * d_scale;
 
-    const double log_high = high > 0.0 ? high : 1.0;
-    const double log_low = low > 0.0 && low < log_high ? low : std::min(d_log10_floor, log_high / 10.0);
+    const double log_high = high > SMALLEST_POSITIVE ? high : 1.0;
+    const double log_low =
+        low > SMALLEST_POSITIVE && low < log_high ? low : std::min(d_log10_floor, log_high / 10.0);
     d_log10_begin = std::log10(log_low);
-    d_log10_end = std::log10(log_high);
+    // Neighbouring doubles may have the same logarithm.
+    d_log10_end = std::max(std::log10(log_high), d_log10_begin + 1e-12);
 }
 
 double TGraphAxis::Log10_Position(double value) const
@@ -115,12 +149,11 @@ void TGraphRange::Add(const std::vector<TVector2>& points)
     }
     if (x_min > x_max)
         return;
-    const bool first = d_empty;
-    const auto extend = [first](double& low, double& high, double minimum, double maximum) {
-        minimum = std::clamp(minimum, -LARGEST_VALUE, LARGEST_VALUE);
-        maximum = std::clamp(maximum, -LARGEST_VALUE, LARGEST_VALUE);
-        low = first ? minimum : std::min(low, minimum);
-        high = first ? maximum : std::max(high, maximum);
+    const auto extend = [this](double& low, double& high, double minimum, double maximum) {
+        minimum = std::max(minimum, -LARGEST_VALUE);
+        maximum = std::min(maximum, LARGEST_VALUE);
+        low = d_empty ? minimum : std::min(low, minimum);
+        high = d_empty ? maximum : std::max(high, maximum);
     };
     extend(d_x_min, d_x_max, x_min, x_max);
     extend(d_y_min, d_y_max, y_min, y_max);
@@ -137,53 +170,37 @@ void TGraphMapping::Set_Area(const QRect& graph)
     d_vertical.d_end = graph.top();
 }
 
-void TGraphMapping::Fit_To_Data(const TGraphRange& range, const TGraphScaling& scaling, const QRect& graph)
+void TGraphMapping::Fit_To_Data(const TGraphRange& data, const TGraphScaling& scaling, const QRect& graph)
 {
-    double x_min = range.d_empty ? -SMALLEST_EXTENT / 2.0 : range.d_x_min;
-    double x_max = range.d_empty ? SMALLEST_EXTENT / 2.0 : range.d_x_max;
-    double y_min = range.d_empty ? -SMALLEST_EXTENT / 2.0 : range.d_y_min;
-    double y_max = range.d_empty ? SMALLEST_EXTENT / 2.0 : range.d_y_max;
-
-    if (scaling.y_includes_zero) {
-        y_max = std::max(y_max, scaling.y_minimum);
-        if (scaling.y_symmetric)
-            y_min = std::min(y_min, -scaling.y_minimum);
-    }
+    TGraphRange range = data;
+    Include_Zero(range, scaling);
     if (scaling.bars)
-        Widen(x_min, x_max, (x_max - x_min) / (scaling.horizontal_type == GRAPH_SCALE_LOG10 ? 40.0 : 20.0));
-    Widen_If_Degenerate(x_min, x_max);
-    if (scaling.lock_aspect) {
-        const double width = std::abs(graph.right() - graph.left());
-        const double height = std::abs(graph.top() - graph.bottom());
-        const double aspect = height > 0.0 ? width / height : 1.0;
-        // The x range follows the bounds of y themselves, not their distance.
-        const double centre = (x_min + x_max) / 2.0;
-        x_max = centre + y_max * aspect;
-        x_min = centre + y_min * aspect;
-        Widen_If_Degenerate(x_min, x_max);
-    }
-    Widen_If_Degenerate(y_min, y_max);
-
-    d_data_width = x_max - x_min;
-    d_data_height = y_max - y_min;
-    if (scaling.horizontal_type == GRAPH_SCALE_MARGIN)
-        x_min -= d_data_width / 50.0;
-    if (scaling.vertical_type == GRAPH_SCALE_MARGIN)
-        y_min -= d_data_height / 50.0;
+        Widen(range.d_x_min, range.d_x_max,
+              (range.d_x_max - range.d_x_min) / (scaling.horizontal_type == GRAPH_SCALE_LOG10 ? 40.0 : 20.0));
+    Widen_If_Degenerate(range.d_x_min, range.d_x_max);
+    if (scaling.lock_aspect)
+        Lock_Aspect(range, graph);
+    Widen_If_Degenerate(range.d_y_min, range.d_y_max);
 
     Set_Area(graph);
-    d_horizontal.d_logarithmic = scaling.horizontal_type == GRAPH_SCALE_LOG10;
-    d_horizontal.d_log10_floor = Decade_Below(range.d_x_positive);
-    d_horizontal.Show(x_min, x_max);
-    d_vertical.d_logarithmic = scaling.vertical_type == GRAPH_SCALE_LOG10;
-    d_vertical.d_log10_floor = Decade_Below(range.d_y_positive);
-    d_vertical.Show(y_min, y_max);
+    d_data_width =
+        Show_Data(d_horizontal, range.d_x_min, range.d_x_max, range.d_x_positive, scaling.horizontal_type);
+    d_data_height =
+        Show_Data(d_vertical, range.d_y_min, range.d_y_max, range.d_y_positive, scaling.vertical_type);
 }
 
-void TGraphMapping::Fit_To_Rect(const QRectF& rect)
+void TGraphMapping::Fit_To_Rect(const QRect& rect)
 {
-    Fit_Axis(d_horizontal, rect.left(), rect.right(), d_data_width);
-    Fit_Axis(d_vertical, rect.top(), rect.bottom(), d_data_height);
+    Fit_Axis(d_horizontal, d_horizontal.Linear_Value(rect.left()), d_horizontal.Linear_Value(rect.right()),
+             d_data_width);
+    Fit_Axis(d_vertical, d_vertical.Linear_Value(rect.top()), d_vertical.Linear_Value(rect.bottom()),
+             d_data_height);
+}
+
+void TGraphMapping::Zoom_To(const QRect& rect)
+{
+    Fit_Axis(d_horizontal, d_horizontal.Value(rect.left()), d_horizontal.Value(rect.right()), d_data_width);
+    Fit_Axis(d_vertical, d_vertical.Value(rect.top()), d_vertical.Value(rect.bottom()), d_data_height);
 }
 
 TGraphMapping TGraphMapping::Moved_To(const QRect& graph) const

@@ -5,7 +5,6 @@
 
 #include <QPointF>
 #include <QRect>
-#include <QRectF>
 
 #include <vector>
 
@@ -79,10 +78,10 @@ class TGraphRange
 {
 public:
     bool d_empty{true};
-    double d_x_min{0.0};
-    double d_x_max{0.0};
-    double d_y_min{0.0};
-    double d_y_max{0.0};
+    double d_x_min{-0.000005}; ///< without a point the range is a small one round 0
+    double d_x_max{0.000005};
+    double d_y_min{-0.000005};
+    double d_y_max{0.000005};
     double d_x_positive{1e300}; ///< the smallest x above 0, 1e300 where there is none
     double d_y_positive{1e300};
 
@@ -112,9 +111,12 @@ public:
     /// Shows all of `range` in the plotting area `graph` (pixels).
     void Fit_To_Data(const TGraphRange& range, const TGraphScaling& scaling, const QRect& graph);
 
-    /// Shows what the linear axes show within `rect` (pixels, corners in any order). Zooming out ends at 50
-    /// times the data's extent: what is more shrinks towards the origin of the data.
-    void Fit_To_Rect(const QRectF& rect);
+    /// Shows what linear axes of the present range show within `rect` (pixels, corners in any order). Zooming
+    /// out ends at 50 times the data's extent: what is more shrinks towards the origin of the data.
+    void Fit_To_Rect(const QRect& rect);
+
+    /// The same for what the axes do show within `rect`, logarithmic ones too.
+    void Zoom_To(const QRect& rect);
 
     /// The same data range in another plotting area.
     TGraphMapping Moved_To(const QRect& graph) const;

@@ -33,12 +33,6 @@ int Resolved_Type(int type, int default_type)
     return default_type == TGraphWidget::GRAPH_DEFAULT ? TGraphWidget::GRAPH_LINE : default_type;
 }
 
-// From the first to the last corner, also where the last one is the smaller.
-QRectF Edges(const QRect& rect)
-{
-    return QRectF(QPointF(rect.topLeft()), QPointF(rect.bottomRight()));
-}
-
 QPoint Rounded(const QPointF& position)
 {
     return {static_cast<int>(std::lround(position.x())), static_cast<int>(std::lround(position.y()))};
@@ -210,59 +204,19 @@ void TGraphWidget::Update_Viewport_To_Data()
 
 void TGraphWidget::Update_Viewport_To_Rect(const QRect& rect)
 {
-    d_view.mapping.Fit_To_Rect(Edges(rect));
-}
-
-double TGraphWidget::Calculate_Log10_Position_Horizontal(double value) const
-{
-    return d_view.mapping.d_horizontal.Log10_Position(value);
-}
-
-double TGraphWidget::Calculate_Log10_Position_Vertical(double value) const
-{
-    return d_view.mapping.d_vertical.Log10_Position(value);
-}
-
-double TGraphWidget::Calculate_Log10_Value_Horizontal(double pixel) const
-{
-    return d_view.mapping.d_horizontal.Log10_Value(pixel);
-}
-
-double TGraphWidget::Calculate_Log10_Value_Vertical(double pixel) const
-{
-    return d_view.mapping.d_vertical.Log10_Value(pixel);
-}
-
-double TGraphWidget::Forward_Log10_Position_Horizontal(double pixel) const
-{
-    return d_view.mapping.d_horizontal.Forward_Log10(pixel);
-}
-
-double TGraphWidget::Forward_Log10_Position_Vertical(double pixel) const
-{
-    return d_view.mapping.d_vertical.Forward_Log10(pixel);
-}
-
-double TGraphWidget::Reverse_Log10_Position_Horizontal(double pixel) const
-{
-    return d_view.mapping.d_horizontal.Reverse_Log10(pixel);
-}
-
-double TGraphWidget::Reverse_Log10_Position_Vertical(double pixel) const
-{
-    return d_view.mapping.d_vertical.Reverse_Log10(pixel);
+    d_view.mapping.Fit_To_Rect(rect);
 }
 
 void TGraphWidget::Calculate_Legend_Display_Precision(const QPainter& painter)
 {
     const TVector2 low = d_view.mapping.Value(d_view.layout.graph.bottomLeft());
     const TVector2 high = d_view.mapping.Value(d_view.layout.graph.topRight());
-    d_view.horizontal_format =
+    d_view.legend.horizontal =
         Graph_Label_Format(QStringLiteral("  %1  "), d_horizontal_scale_type, low.x, high.x, 8);
-    d_view.vertical_format =
+    d_view.legend.vertical =
         Graph_Label_Format(QStringLiteral("  %1"), d_vertical_scale_type, low.y, high.y, 6);
-    Measure_Cell(d_view.horizontal_format, painter);
-    Measure_Cell(d_view.vertical_format, painter);
+    Measure_Cell(d_view.legend.horizontal, painter);
+    Measure_Cell(d_view.legend.vertical, painter);
 }
 
 void TGraphWidget::Draw(QPainter& painter, const QSize& size)
@@ -414,7 +368,7 @@ void TGraphWidget::Release_Left(const QPoint& pointer)
     Update_Left_Down_Box(); // it goes in both cases
     if (zoom) {
         d_left_down_box_visible = false;
-        Zoom_Background_Pixmap(Normalised(d_left_down_box));
+        Zoom_Background_Pixmap(d_left_down_box);
         repaint();
     } else {
         const TVector2 value = d_view.mapping.Value(pointer);
@@ -477,7 +431,7 @@ void TGraphWidget::Zoom_Background_Pixmap(const QRect& rect)
 {
     if (d_background.isNull())
         return;
-    d_view.mapping.Fit_To_Rect(Linear_Rect(rect));
+    d_view.mapping.Zoom_To(rect);
     Render_Background();
 }
 
@@ -505,21 +459,6 @@ void TGraphWidget::Answer_Requests()
     d_zoom_out = false;
 }
 
-// Where the values that a logarithmic axis shows at the edges of `rect` stand on a linear one.
-QRectF TGraphWidget::Linear_Rect(const QRect& rect) const
-{
-    QRectF linear = Edges(rect);
-    if (d_view.mapping.d_horizontal.d_logarithmic) {
-        linear.setLeft(Reverse_Log10_Position_Horizontal(linear.left()));
-        linear.setRight(Reverse_Log10_Position_Horizontal(rect.right()));
-    }
-    if (d_view.mapping.d_vertical.d_logarithmic) {
-        linear.setTop(Reverse_Log10_Position_Vertical(linear.top()));
-        linear.setBottom(Reverse_Log10_Position_Vertical(rect.bottom()));
-    }
-    return linear;
-}
-
 // Room for the longest of the texts at the corners of the view, but at most half of the width.
 int TGraphWidget::Cursor_Text_Width(const QPainter& painter) const
 {
@@ -536,14 +475,11 @@ int TGraphWidget::Cursor_Text_Width(const QPainter& painter) const
 void TGraphWidget::Draw_Legend(QPainter& painter)
 {
     Calculate_Legend_Display_Precision(painter);
-    TGraphLegend legend;
+    TGraphLegend& legend = d_view.legend;
     legend.vertical_title = d_vertical_title;
     legend.horizontal_title = d_horizontal_title;
     legend.graph_title = d_graph_title;
-    legend.horizontal = d_view.horizontal_format;
-    legend.vertical = d_view.vertical_format;
-    d_view.cursor_text_width = d_show_cursor_position ? Cursor_Text_Width(painter) : 0;
-    legend.cursor_text_width = d_view.cursor_text_width;
+    legend.cursor_text_width = d_show_cursor_position ? Cursor_Text_Width(painter) : 0;
     Draw_Graph_Legend(painter, d_view.layout, d_view.mapping, legend);
 }
 
@@ -590,7 +526,7 @@ void TGraphWidget::Draw_Cursor_Text(QPainter& painter) const
         return;
     const int margin = painter.fontMetrics().horizontalAdvance(QStringLiteral("  "));
     const QRect& row = d_view.layout.horizontal_title;
-    const QRect room(margin, row.top(), d_view.cursor_text_width - 2 * margin, row.height());
+    const QRect room(margin, row.top(), d_view.legend.cursor_text_width - 2 * margin, row.height());
     Draw_Fitted_Text(painter, room, Qt::AlignLeft | Qt::AlignVCenter, d_cursor_position_text);
 }
 

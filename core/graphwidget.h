@@ -109,21 +109,21 @@ public:
     /// Value to pixel and back, and from the pixels of the linear axis of the same range to those of the
     /// logarithmic one (forward) and back (reverse).
     /// @{
-    double Calculate_Log10_Position_Horizontal(double value) const;
-    double Calculate_Log10_Position_Vertical(double value) const;
-    double Calculate_Log10_Value_Horizontal(double pixel) const;
-    double Calculate_Log10_Value_Vertical(double pixel) const;
-    double Forward_Log10_Position_Horizontal(double pixel) const;
-    double Forward_Log10_Position_Vertical(double pixel) const;
-    double Reverse_Log10_Position_Horizontal(double pixel) const;
-    double Reverse_Log10_Position_Vertical(double pixel) const;
+    double Calculate_Log10_Position_Horizontal(double value) const { return X_Axis().Log10_Position(value); }
+    double Calculate_Log10_Position_Vertical(double value) const { return Y_Axis().Log10_Position(value); }
+    double Calculate_Log10_Value_Horizontal(double pixel) const { return X_Axis().Log10_Value(pixel); }
+    double Calculate_Log10_Value_Vertical(double pixel) const { return Y_Axis().Log10_Value(pixel); }
+    double Forward_Log10_Position_Horizontal(double pixel) const { return X_Axis().Forward_Log10(pixel); }
+    double Forward_Log10_Position_Vertical(double pixel) const { return Y_Axis().Forward_Log10(pixel); }
+    double Reverse_Log10_Position_Horizontal(double pixel) const { return X_Axis().Reverse_Log10(pixel); }
+    double Reverse_Log10_Position_Vertical(double pixel) const { return Y_Axis().Reverse_Log10(pixel); }
     /// @}
 
     /// Sets field width, decimals and room of the tick labels for the present view, measured with the font
     /// of `painter`.
     void Calculate_Legend_Display_Precision(const QPainter& painter);
-    const TGraphLabelFormat& Horizontal_Label_Format() const { return d_view.horizontal_format; }
-    const TGraphLabelFormat& Vertical_Label_Format() const { return d_view.vertical_format; }
+    const TGraphLabelFormat& Horizontal_Label_Format() const { return d_view.legend.horizontal; }
+    const TGraphLabelFormat& Vertical_Label_Format() const { return d_view.legend.vertical; }
 
     /// Draws the present view as a picture of `size` pixels at the origin of `painter`.
     void Draw(QPainter& painter, const QSize& size);
@@ -155,9 +155,7 @@ private:
     {
         TGraphLayout layout;
         TGraphMapping mapping;
-        TGraphLabelFormat horizontal_format;
-        TGraphLabelFormat vertical_format;
-        int cursor_text_width{0};
+        TGraphLegend legend;
     };
 
     std::vector<TDataSet> d_data_sets;
@@ -181,6 +179,9 @@ private:
     bool d_scale_to_fit{false};
     bool d_zoom_out{false};
 
+    const TGraphAxis& X_Axis() const { return d_view.mapping.d_horizontal; }
+    const TGraphAxis& Y_Axis() const { return d_view.mapping.d_vertical; }
+
     const std::vector<TVector2>& Points_Of_Set(int set) const;
     std::vector<TVector2>& Changing_Points(int set);
 
@@ -189,7 +190,6 @@ private:
     void Zoom_Background_Pixmap(const QRect& rect);
     void Render_Background();
     void Answer_Requests();
-    QRectF Linear_Rect(const QRect& rect) const;
 
     void Drag_Left_Down_Box(const QPoint& pointer);
     void Update_Left_Down_Box();

@@ -124,15 +124,15 @@ TEST(GraphMapping, FitToRect)
     const struct
     {
         const char* name;
-        QRectF rect;
+        QRect rect;
         double x_min, x_max, y_min, y_max;
     } rows[] = {
-        {"the same", {QPointF(100, 40), QPointF(500, 240)}, 0, 400, 0, 200},
-        {"a part", {QPointF(150, 60), QPointF(250, 160)}, 50, 150, 80, 180},
-        {"corners swapped", {QPointF(250, 160), QPointF(150, 60)}, 50, 150, 80, 180},
-        {"a point", {QPointF(150, 60), QPointF(150, 60)}, 50 - 5e-6, 50 + 5e-6, 180 - 5e-6, 180 + 5e-6},
-        {"up to the limit", {QPointF(-19900, 40), QPointF(100, 240)}, -20000, 0, 0, 200},
-        {"beyond the limit", {QPointF(-9900, 40), QPointF(30100, 240)}, -5000, 15000, 0, 200},
+        {"the same", {QPoint(100, 40), QPoint(500, 240)}, 0, 400, 0, 200},
+        {"a part", {QPoint(150, 60), QPoint(250, 160)}, 50, 150, 80, 180},
+        {"corners swapped", {QPoint(250, 160), QPoint(150, 60)}, 50, 150, 80, 180},
+        {"a point", {QPoint(150, 60), QPoint(150, 60)}, 50 - 5e-6, 50 + 5e-6, 180 - 5e-6, 180 + 5e-6},
+        {"up to the limit", {QPoint(-19900, 40), QPoint(100, 240)}, -20000, 0, 0, 200},
+        {"beyond the limit", {QPoint(-9900, 40), QPoint(30100, 240)}, -5000, 15000, 0, 200},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
