@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Draws the same data with the graph widget, with bare painter calls, with Qwt and with QCustomPlot, each at
-// the same size, and prints the median times in milliseconds: name, ours, theirs, ratio.
+// the same size, and prints the best times in milliseconds.
 #include "graphwidget.h"
+#include "ratio.h"
 
 #include <QApplication>
 #include <QImage>
@@ -14,11 +15,7 @@
 #include <qwt_plot_histogram.h>
 #include <qwt_symbol.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cmath>
-#include <cstdio>
-#include <functional>
 #include <memory>
 #include <random>
 
@@ -34,38 +31,10 @@ constexpr double BIN = 0.004;
 const double COUNTS[] = {1, 3, 4, 7, 9, 6, 3, 2, 1};
 const Points BAND{{LENGTH + BIN, 0}, {LENGTH + BIN, 10}, {LENGTH + 6 * BIN, 10}, {LENGTH + 6 * BIN, 0}};
 
-using Clock = std::chrono::steady_clock;
-
-double Milliseconds(const Draw& draw)
+void Compare(const char* name, double goal, int rounds, const Draw& ours, const Draw& reference)
 {
-    const auto before = Clock::now();
-    const QImage picture = draw();
-    return std::chrono::duration<double, std::milli>(Clock::now() - before).count();
-}
-
-double Median(std::vector<double> times)
-{
-    const auto middle = times.begin() + static_cast<long>(times.size() / 2);
-    std::nth_element(times.begin(), middle, times.end());
-    return *middle;
-}
-
-// Draws by turns, so that a busy moment of the machine hits everyone. The first one is compared with the
-// rest.
-void Compare(const char* name, const std::vector<std::pair<const char*, Draw>>& drawings)
-{
-    std::vector<std::vector<double>> times(drawings.size());
-    const auto start = Clock::now();
-    while (times[0].size() < 7 || (times[0].size() < 500 && Clock::now() - start < std::chrono::seconds(3))) {
-        for (size_t i = 0; i < drawings.size(); ++i)
-            times[i].push_back(Milliseconds(drawings[i].second));
-    }
-    const double ours = Median(times[0]);
-    for (size_t i = 1; i < drawings.size(); ++i) {
-        const double reference = Median(times[i]);
-        std::printf("%-22s vs %-14s %9.2f %9.2f %7.2f\n", name, drawings[i].first, ours, reference,
-                    ours / reference);
-    }
+    const TComparison times(rounds, ours, reference);
+    Print_Ratio(name, times.ours * 1e3, times.reference * 1e3, goal);
 }
 
 QImage Picture_Of(QWidget& widget)
@@ -328,33 +297,36 @@ Draw Custom_Drawing(QCustomPlot& plot)
 
 void Compare_Histograms()
 {
-    const auto ours = Our_Histogram();
+    const auto graph = Our_Histogram();
     const auto qwt = Qwt_Histogram();
     const auto custom = Custom_Histogram();
-    Compare("histogram", {{"ours", [&] { return Picture_Of(*ours); }},
-                          {"raw painter", Raw_Histogram(*ours)},
-                          {"Qwt", Qwt_Drawing(*qwt)},
-                          {"QCustomPlot", Custom_Drawing(*custom)}});
+    const Draw ours = [&] { return Picture_Of(*graph); };
+    Compare("histogram / raw painter", 2.0, 300, ours, Raw_Histogram(*graph));
+    Compare("histogram / Qwt", 1.0, 300, ours, Qwt_Drawing(*qwt));
+    Compare("histogram / QCustomPlot", 1.0, 300, ours, Custom_Drawing(*custom));
 }
 
 // False where the picture is not the one that bare painter calls give.
-bool Compare_Points(const char* name, int count, bool squares)
+bool Compare_Points(int count, bool squares)
 {
     const Points points = Signal(count);
-    const auto ours = Our_Points(points, squares ? TGraphWidget::GRAPH_POINT : TGraphWidget::GRAPH_LINE);
+    const auto graph = Our_Points(points, squares ? TGraphWidget::GRAPH_POINT : TGraphWidget::GRAPH_LINE);
     auto qwt = Qwt_Plot();
     Attach_Curve(*qwt, points, Qt::blue, squares);
     qwt = Shown(std::move(qwt));
     auto custom = Custom_Plot();
     Add_Custom_Graph(*custom, points, Qt::blue, squares);
     custom = Shown(std::move(custom));
-    Compare(name, {{"ours", [&] { return Picture_Of(*ours); }},
-                   {"raw painter", [&] { return Raw_Points(*ours, points, squares, false); }},
-                   {"Qwt", Qwt_Drawing(*qwt)},
-                   {"QCustomPlot", Custom_Drawing(*custom)}});
+
+    std::printf("%s of %d points\n", squares ? "squares" : "line", count);
+    const Draw ours = [&] { return Picture_Of(*graph); };
+    const int rounds = count > 100000 ? 5 : 15;
+    Compare("  / raw painter", 1.0, rounds, ours, [&] { return Raw_Points(*graph, points, squares, false); });
+    Compare("  / Qwt", 1.0, rounds, ours, Qwt_Drawing(*qwt));
+    Compare("  / QCustomPlot", 1.0, rounds, ours, Custom_Drawing(*custom));
     const int different =
-        Different_Pixels(ours->Layout().graph, Picture_Of(*ours), Raw_Points(*ours, points, squares, true));
-    std::printf("%-22s pixels that differ from the raw painter's: %d\n", name, different);
+        Different_Pixels(graph->Layout().graph, ours(), Raw_Points(*graph, points, squares, true));
+    std::printf("  pixels that differ from the raw painter's: %d\n", different);
     return different == 0;
 }
 
@@ -365,11 +337,12 @@ int main(int argc, char* argv[])
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    std::printf("%-40s %9s %9s %7s\n", "name", "ours", "reference", "ratio");
+    Print_Heading("ours ms", "theirs ms");
     Compare_Histograms();
-    bool same = Compare_Points("line, 100,000 points", 100000, false);
-    same = Compare_Points("line, 1,000,000", 1000000, false) && same;
-    same = Compare_Points("squares, 100,000", 100000, true) && same;
-    same = Compare_Points("squares, 1,000,000", 1000000, true) && same;
+    bool same = true;
+    for (const bool squares : {false, true}) {
+        for (const int count : {100000, 1000000})
+            same = Compare_Points(count, squares) && same;
+    }
     return same ? 0 : 1;
 }
