@@ -268,77 +268,80 @@ void Draw_Titles(QPainter& painter, const TGraphLayout& layout, const TGraphLege
     painter.restore();
 }
 
-int Widest_Label(const QFontMetrics& metrics, const std::vector<TGraphTick>& ticks)
+struct TPlacedTick
 {
-    int widest = 0;
-    for (const TGraphTick& tick : ticks)
-        widest = std::max(widest, metrics.horizontalAdvance(tick.label));
-    return widest;
-}
+    int column;
+    QString label;
+    QRect room; // of the label
+};
 
-// Ticks as dense as the labels allow, which may be wider than the cell of their format.
-std::vector<TGraphTick> Horizontal_Ticks(const QFontMetrics& metrics, const TGraphAxis& axis,
-                                         const TGraphLabelFormat& format)
+// Ticks as dense as the labels allow, which may be wider than the cell of their format. The labels stand in
+// `row` centred under their ticks, also beyond its ends.
+std::vector<TPlacedTick> Horizontal_Ticks(const QFontMetrics& metrics, const QRect& row,
+                                          const TGraphAxis& axis, const TGraphLabelFormat& format)
 {
     const int gap = metrics.averageCharWidth();
-    int spacing = format.cell.width();
-    for (;;) {
-        std::vector<TGraphTick> ticks = Graph_Ticks(axis, format, spacing);
-        const int needed = Widest_Label(metrics, ticks) + gap;
+    for (int spacing = format.cell.width();;) {
+        int needed = 0;
+        std::vector<TPlacedTick> placed;
+        for (const TGraphTick& tick : Graph_Ticks(axis, format, spacing)) {
+            const int column = qRound(tick.pixel);
+            const int width = metrics.horizontalAdvance(tick.label);
+            needed = std::max(needed, width + gap);
+            placed.push_back({column, tick.label, {column - width / 2, row.top(), width, row.height()}});
+        }
         if (needed <= spacing)
-            return ticks;
+            return placed;
         spacing = needed;
     }
 }
 
-// Where the labels stand: under their ticks, but within `row`. A tick whose label would have to move into
-// another one is taken out.
-std::vector<QRect> Place_Labels(const QFontMetrics& metrics, const QRect& row, std::vector<TGraphTick>& ticks)
+// Labels beyond the ends of `row` move inwards. A tick whose label would move into another one goes.
+void Move_Labels_Within(const QRect& row, std::vector<TPlacedTick>& ticks)
 {
-    std::vector<QRect> rooms;
-    for (const TGraphTick& tick : ticks) {
-        const int width = metrics.horizontalAdvance(tick.label);
-        rooms.emplace_back(qRound(tick.pixel) - width / 2, row.top(), width, row.height());
-    }
-    for (size_t i = ticks.size(); i-- > 0;) {
-        const QRect under_tick = rooms[i];
-        rooms[i] = Centred_Within(row, qRound(ticks[i].pixel), under_tick.width());
-        const bool meets_another = std::any_of(rooms.begin(), rooms.end(), [&](const QRect& room) {
-            return &room != &rooms[i] && room.intersects(rooms[i]);
+    for (auto tick = ticks.begin(); tick != ticks.end();) {
+        const QRect room = Centred_Within(row, tick->column, tick->room.width());
+        const bool meets_another = std::any_of(ticks.begin(), ticks.end(), [&](const TPlacedTick& other) {
+            return &other != &*tick && other.room.intersects(room);
         });
-        if (rooms[i] != under_tick && meets_another) {
-            rooms.erase(rooms.begin() + static_cast<long>(i));
-            ticks.erase(ticks.begin() + static_cast<long>(i));
+        if (room != tick->room && meets_another) {
+            tick = ticks.erase(tick);
+        } else {
+            tick->room = room;
+            ++tick;
         }
     }
-    return rooms;
 }
 
-void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout, std::vector<TGraphTick> ticks)
+void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout, const TGraphAxis& axis,
+                           const TGraphLabelFormat& format)
 {
-    const int frame = layout.graph.bottom() + 1;
     const QRect row = layout.horizontal_labels.adjusted(0, 1 + TICK_LENGTH, 0, 0);
-    const std::vector<QRect> rooms = Place_Labels(painter.fontMetrics(), row, ticks);
-    for (size_t i = 0; i < ticks.size(); ++i) {
-        const int x = qRound(ticks[i].pixel);
-        const QString& label = ticks[i].label;
-        painter.setPen(label.isEmpty() ? FINE_GRID : GRID);
-        painter.drawLine(x, layout.graph.top(), x, layout.graph.bottom());
-        if (label.isEmpty())
+    std::vector<TPlacedTick> ticks = Horizontal_Ticks(painter.fontMetrics(), row, axis, format);
+    Move_Labels_Within(row, ticks);
+    const int frame = layout.graph.bottom() + 1;
+    for (const TPlacedTick& tick : ticks) {
+        painter.setPen(tick.label.isEmpty() ? FINE_GRID : GRID);
+        painter.drawLine(tick.column, layout.graph.top(), tick.column, layout.graph.bottom());
+        if (tick.label.isEmpty())
             continue;
         painter.setPen(FRAME);
-        painter.drawLine(x, frame, x, frame + TICK_LENGTH);
+        painter.drawLine(tick.column, frame, tick.column, frame + TICK_LENGTH);
         painter.setPen(INK);
-        painter.drawText(rooms[i], Qt::AlignHCenter | Qt::AlignTop | Qt::TextDontClip, label);
+        painter.drawText(tick.room, Qt::AlignHCenter | Qt::AlignTop | Qt::TextDontClip, tick.label);
     }
 }
 
-void Draw_Vertical_Ticks(QPainter& painter, const TGraphLayout& layout, const std::vector<TGraphTick>& ticks)
+void Draw_Vertical_Ticks(QPainter& painter, const TGraphLayout& layout, const TGraphAxis& axis,
+                         const TGraphLabelFormat& format)
 {
+    // Some ten lines in a high graph; in a low pane as many labels as find room.
+    const double line = format.cell.height();
+    const double spacing = std::clamp(layout.graph.height() / 10.0, line * 1.1, line * 3.0);
     const QRect& column = layout.vertical_labels;
     const int frame = layout.graph.left() - 1;
     const int height = painter.fontMetrics().height();
-    for (const TGraphTick& tick : ticks) {
+    for (const TGraphTick& tick : Graph_Ticks(axis, format, spacing)) {
         const int y = qRound(tick.pixel);
         painter.setPen(tick.label.isEmpty() ? FINE_GRID : GRID);
         painter.drawLine(layout.graph.left(), y, layout.graph.right(), y);
@@ -377,12 +380,8 @@ void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGra
         return;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
-    // Some ten lines in a high graph; in a low pane as many labels as find room.
-    const double line = legend.vertical.cell.height();
-    const double vertical_spacing = std::clamp(layout.graph.height() / 10.0, line * 1.1, line * 3.0);
-    Draw_Vertical_Ticks(painter, layout, Graph_Ticks(mapping.d_vertical, legend.vertical, vertical_spacing));
-    Draw_Horizontal_Ticks(painter, layout,
-                          Horizontal_Ticks(painter.fontMetrics(), mapping.d_horizontal, legend.horizontal));
+    Draw_Vertical_Ticks(painter, layout, mapping.d_vertical, legend.vertical);
+    Draw_Horizontal_Ticks(painter, layout, mapping.d_horizontal, legend.horizontal);
 
     // Just outside the plotting area, where no data can hide it.
     painter.setPen(FRAME);
@@ -398,16 +397,17 @@ void Draw_Fitted_Text(QPainter& painter, const QRect& room, int alignment, const
 {
     if (text.isEmpty() || room.isEmpty())
         return;
+    const QFont font = painter.font();
     const int width = painter.fontMetrics().horizontalAdvance(text);
-    painter.save();
-    painter.setPen(INK);
     if (width > room.width()) {
-        QFont smaller = painter.font();
-        smaller.setPixelSize(std::max(1, QFontInfo(smaller).pixelSize() * room.width() / width));
+        QFont smaller = font;
+        smaller.setPixelSize(std::max(1, QFontInfo(font).pixelSize() * room.width() / width));
         painter.setFont(smaller);
     }
+    painter.setPen(INK);
     painter.drawText(room, alignment | Qt::TextSingleLine | Qt::TextDontClip, text);
-    painter.restore();
+    if (width > room.width())
+        painter.setFont(font);
 }
 
 void Draw_Graph_Line(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
