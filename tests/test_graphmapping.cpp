@@ -23,35 +23,11 @@ TGraphMapping Fitted(const Points& points, const TGraphScaling& scaling, const Q
     return mapping;
 }
 
-TGraphScaling Scaling(int horizontal, int vertical, bool includes_zero = true, bool symmetric = true)
-{
-    TGraphScaling scaling;
-    scaling.horizontal_type = horizontal;
-    scaling.vertical_type = vertical;
-    scaling.y_includes_zero = includes_zero;
-    scaling.y_symmetric = symmetric;
-    return scaling;
-}
+const TGraphScaling LOCKED{2, 2, false, false, false, true, 0};
 
-TGraphScaling Bars(int horizontal)
+TGraphScaling Types(int horizontal, int vertical, bool y_includes_zero = false)
 {
-    TGraphScaling scaling = Scaling(horizontal, 2, false);
-    scaling.bars = true;
-    return scaling;
-}
-
-TGraphScaling Locked()
-{
-    TGraphScaling scaling = Scaling(2, 2, false);
-    scaling.lock_aspect = true;
-    return scaling;
-}
-
-TGraphScaling Minimum(double minimum, bool symmetric)
-{
-    TGraphScaling scaling = Scaling(2, 2, true, symmetric);
-    scaling.y_minimum = minimum;
-    return scaling;
+    return {horizontal, vertical, false, y_includes_zero, true, false, 5e-05};
 }
 
 void Expect_Near(double value, double expected, double extent)
@@ -62,12 +38,10 @@ void Expect_Near(double value, double expected, double extent)
 // The ranges that the linear axes show.
 void Expect_Range(const TGraphMapping& mapping, double x_min, double x_max, double y_min, double y_max)
 {
-    const TGraphAxis& x = mapping.d_horizontal;
-    const TGraphAxis& y = mapping.d_vertical;
-    Expect_Near(x.Linear_Value(GRAPH.left()), x_min, x_max - x_min);
-    Expect_Near(x.Linear_Value(GRAPH.right()), x_max, x_max - x_min);
-    Expect_Near(y.Linear_Value(GRAPH.bottom()), y_min, y_max - y_min);
-    Expect_Near(y.Linear_Value(GRAPH.top()), y_max, y_max - y_min);
+    Expect_Near(mapping.d_horizontal.Linear_Value(GRAPH.left()), x_min, x_max - x_min);
+    Expect_Near(mapping.d_horizontal.Linear_Value(GRAPH.right()), x_max, x_max - x_min);
+    Expect_Near(mapping.d_vertical.Linear_Value(GRAPH.bottom()), y_min, y_max - y_min);
+    Expect_Near(mapping.d_vertical.Linear_Value(GRAPH.top()), y_max, y_max - y_min);
 }
 
 } // namespace
@@ -78,69 +52,60 @@ TEST(GraphMapping, FitToData)
     {
         const char* name;
         Points points;
-        TGraphScaling scaling;
+        TGraphScaling scaling; // types, bars, zero, symmetric, locked, y minimum
         double x_min, x_max, y_min, y_max;
     } rows[] = {
-        {"nothing", {}, Scaling(2, 2, false), -5e-6, 5e-6, -5e-6, 5e-6},
-        {"nothing, y minimum", {}, Scaling(2, 2), -5e-6, 5e-6, -5e-5, 5e-5},
-        {"one point", {{3, 4}}, Scaling(2, 2), 2.999995, 3.000005, -5e-5, 4},
-        {"one point, margins",
-         {{3, 4}},
-         Scaling(1, 1, false),
-         2.999995 - 2e-7,
-         3.000005,
-         4 - 5.2e-6,
-         4 + 5e-6},
-        {"margins below only", {{0, -1}, {50, 99}}, Scaling(1, 1), -1, 50, -3, 99},
-        {"y without zero", {{0, 7}, {10, 9}}, Scaling(2, 2, false), 0, 10, 7, 9},
-        {"y from zero", {{0, 7}, {10, 9}}, Scaling(2, 2, true, false), 0, 10, 7, 9},
-        {"symmetric", {{0, 7}, {10, 9}}, Scaling(2, 2), 0, 10, -5e-5, 9},
-        {"y minimum", {{0, 1}, {10, 2}}, Minimum(20, false), 0, 10, 1, 20},
-        {"y minimum, symmetric", {{0, 1}, {10, 2}}, Minimum(20, true), 0, 10, -20, 20},
-        {"bars", {{0, 1}, {10, 2}}, Bars(2), -0.5, 10.5, 1, 2},
-        {"bars, logarithmic", {{10, 1}, {50, 2}}, Bars(3), 9, 51, 1, 2},
-        {"locked", {{0, 1}, {10, 3}}, Locked(), 5 + 1 * 2, 5 + 3 * 2, 1, 3},
-        {"locked, no width", {{10, 3}, {20, 3}}, Locked(), 21 - 5e-6, 21 + 5e-6, 3 - 5e-6, 3 + 5e-6},
-        {"no numbers", {{0, 1}, {INF, 2}, {3, -INF}, {NAN, 9}, {4, 2}}, Scaling(2, 2, false), 0, 4, 1, 2},
-        {"far from zero", {{1e13, 1}, {1e13, 2}}, Scaling(2, 2, false), 1e13 - 10, 1e13 + 10, 1, 2},
-        {"huge", {{-1.7e308, 1}, {1.7e308, 2}}, Scaling(2, 2, false), -1e300, 1e300, 1, 2},
+        {"nothing", {}, Types(2, 2), -5e-6, 5e-6, -5e-6, 5e-6},
+        {"nothing, y minimum", {}, Types(2, 2, true), -5e-6, 5e-6, -5e-5, 5e-5},
+        {"one point", {{3, 4}}, Types(2, 2, true), 2.999995, 3.000005, -5e-5, 4},
+        {"its margins", {{3, 4}}, Types(1, 1), 2.999995 - 2e-7, 3.000005, 4 - 5.2e-6, 4 + 5e-6},
+        {"margins below only", {{0, -1}, {50, 99}}, Types(1, 1, true), -1, 50, -3, 99},
+        {"y without zero", {{0, 7}, {10, 9}}, Types(2, 2), 0, 10, 7, 9},
+        {"symmetric", {{0, 7}, {10, 9}}, Types(2, 2, true), 0, 10, -5e-5, 9},
+        {"y minimum", {{0, 1}, {10, 2}}, {2, 2, 0, 1, 0, 0, 20}, 0, 10, 1, 20},
+        {"both", {{0, 1}, {10, 2}}, {2, 2, 0, 1, 1, 0, 20}, 0, 10, -20, 20},
+        {"bars", {{0, 1}, {10, 2}}, {2, 2, 1, 0, 0, 0, 0}, -0.5, 10.5, 1, 2},
+        {"bars, logarithmic", {{10, 1}, {50, 2}}, {3, 2, 1, 0, 0, 0, 0}, 9, 51, 1, 2},
+        {"locked", {{0, 1}, {10, 3}}, LOCKED, 5 + 1 * 2, 5 + 3 * 2, 1, 3},
+        {"locked, no size", {{10, 3}, {20, 3}}, LOCKED, 21 - 5e-6, 21 + 5e-6, 3 - 5e-6, 3 + 5e-6},
+        {"no numbers", {{0, 1}, {INF, 2}, {3, -INF}, {NAN, 9}, {4, 2}}, Types(2, 2), 0, 4, 1, 2},
+        {"far from zero", {{1e8, 1}, {1e8, 2}}, Types(2, 2), 1e8 - 5e-6, 1e8 + 5e-6, 1, 2},
+        {"too far to add that", {{1e13, 1}, {1e13, 2}}, Types(2, 2), 1e13 - 10, 1e13 + 10, 1, 2},
+        {"huge", {{-1.7e308, 1}, {1.7e308, 2}}, Types(2, 2), -1e300, 1e300, 1, 2},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        const TGraphMapping mapping = Fitted(row.points, row.scaling);
-        Expect_Range(mapping, row.x_min, row.x_max, row.y_min, row.y_max);
-        const TVector2 corner = mapping.Value(mapping.Position({row.x_max, row.y_max}));
-        EXPECT_TRUE(std::isfinite(corner.x) && std::isfinite(corner.y));
+        Expect_Range(Fitted(row.points, row.scaling), row.x_min, row.x_max, row.y_min, row.y_max);
     }
+    EXPECT_LT(Fitted({{1e8, 1}}, Types(2, 2)).d_data_width, 2e-5);
 }
 
 TEST(GraphMapping, FitToRect)
 {
-    // x 0..400 and y 0..200: one unit per pixel
-    const TGraphMapping start = Fitted({{0, 0}, {400, 200}}, Scaling(2, 2, false));
-    const TGraphMapping margins = Fitted({{0, 0}, {400, 200}}, Scaling(1, 1, false));
-    EXPECT_EQ(margins.d_data_width, 400); // the margins do not count
-    EXPECT_EQ(margins.d_data_height, 200);
+    // The margins below do not count as extent of the data.
+    TGraphMapping start = Fitted({{0, 0}, {400, 200}}, Types(1, 1));
+    start.d_horizontal.Show(0, 400); // one unit per pixel
+    start.d_vertical.Show(0, 200);
     const struct
     {
         const char* name;
-        QRect rect;
+        QPoint first, second;
         double x_min, x_max, y_min, y_max;
     } rows[] = {
-        {"the same", {QPoint(100, 40), QPoint(500, 240)}, 0, 400, 0, 200},
-        {"a part", {QPoint(150, 60), QPoint(250, 160)}, 50, 150, 80, 180},
-        {"corners swapped", {QPoint(250, 160), QPoint(150, 60)}, 50, 150, 80, 180},
-        {"a point", {QPoint(150, 60), QPoint(150, 60)}, 50 - 5e-6, 50 + 5e-6, 180 - 5e-6, 180 + 5e-6},
-        {"up to the limit", {QPoint(-19900, 40), QPoint(100, 240)}, -20000, 0, 0, 200},
-        {"beyond the limit", {QPoint(-9900, 40), QPoint(30100, 240)}, -5000, 15000, 0, 200},
+        {"a part", {150, 60}, {250, 160}, 50, 150, 80, 180},
+        {"corners swapped", {250, 160}, {150, 60}, 50, 150, 80, 180},
+        {"a point", {150, 60}, {150, 60}, 50 - 5e-6, 50 + 5e-6, 180 - 5e-6, 180 + 5e-6},
+        {"up to the limit", {-19900, 40}, {100, 240}, -20000, 0, 0, 200},
+        {"beyond the limit", {-9900, 40}, {30100, 240}, -5000, 15000, 0, 200},
+        {"y beyond the limit", {100, -19760}, {500, 240}, 0, 400, 0, 10000},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        TGraphMapping mapping = start;
-        mapping.Fit_To_Rect(row.rect);
-        Expect_Range(mapping, row.x_min, row.x_max, row.y_min, row.y_max);
-        EXPECT_EQ(mapping.d_data_width, 400);
-        EXPECT_EQ(mapping.d_data_height, 200);
+        for (const auto fit : {&TGraphMapping::Fit_To_Rect, &TGraphMapping::Zoom_To}) {
+            TGraphMapping mapping = start;
+            (mapping.*fit)(QRect(row.first, row.second));
+            Expect_Range(mapping, row.x_min, row.x_max, row.y_min, row.y_max);
+        }
     }
 }
 
@@ -148,15 +113,17 @@ TEST(GraphMapping, InverseOnEveryCombinationOfAxes)
 {
     const Points spreads[] = {
         {{899.98, 0}, {900.02, 12}}, {{0.5, -3}, {2e4, 7e5}}, {{1e-4, 1e-3}, {1e9, 1e6}}};
+    const QRect areas[] = {GRAPH, QRect(), QRect(7, 7, 1, 1), QRect(QPoint(50, 50), QPoint(20, 20))};
     for (const Points& points : spreads) {
-        for (const int horizontal : {1, 3}) {
-            for (const int vertical : {2, 3}) {
-                const TGraphMapping mapping = Fitted(points, Scaling(horizontal, vertical));
+        for (const int types : {12, 13, 32, 33}) {
+            for (const QRect& area : areas) {
+                const TGraphMapping mapping = Fitted(points, Types(types / 10, types % 10, true), area);
                 for (int step = 0; step <= 20; ++step) {
-                    const QPointF pixel(100 + 20 * step, 240 - 10 * step);
+                    const QPointF pixel(area.left() + step / 20.0 * (area.right() - area.left()),
+                                        area.bottom() - step / 20.0 * (area.bottom() - area.top()));
                     const QPointF back = mapping.Position(mapping.Value(pixel));
-                    EXPECT_NEAR(back.x(), pixel.x(), 1e-9 * 400) << horizontal;
-                    EXPECT_NEAR(back.y(), pixel.y(), 1e-9 * 200) << vertical;
+                    EXPECT_NEAR(back.x(), pixel.x(), 1e-9 * 400) << types;
+                    EXPECT_NEAR(back.y(), pixel.y(), 1e-9 * 200) << types;
                 }
             }
         }
@@ -165,35 +132,30 @@ TEST(GraphMapping, InverseOnEveryCombinationOfAxes)
 
 TEST(GraphMapping, LogarithmicAxis)
 {
-    const TGraphMapping mapping = Fitted({{1, 5}, {10000, 500}}, Scaling(3, 3));
+    const TGraphMapping mapping = Fitted({{1, 5}, {10000, 500}}, Types(3, 3, true));
     const TGraphAxis& x = mapping.d_horizontal;
     EXPECT_NEAR(x.Position(1), 100, 1e-9);
     EXPECT_NEAR(x.Position(100), 300, 1e-9);
-    EXPECT_NEAR(x.Position(10000), 500, 1e-9);
     EXPECT_NEAR(x.Value(200), 10, 1e-9);
     EXPECT_LT(x.Position(0), -1000);
-    EXPECT_TRUE(std::isfinite(x.Position(-5)));
-
     // Linear and logarithmic pixels of the same value.
-    EXPECT_NEAR(x.Forward_Log10(500), 500, 1e-9);
     const double linear_pixel = 100 + 400 * 99.0 / 9999.0; // of 100
     EXPECT_NEAR(x.Forward_Log10(linear_pixel), 300, 1e-9);
     EXPECT_NEAR(x.Reverse_Log10(300), linear_pixel, 1e-9);
-
     // y reaches below zero: the axis starts a decade below the smallest value.
     EXPECT_NEAR(mapping.d_vertical.Value(GRAPH.bottom()), 1, 1e-9);
     EXPECT_NEAR(mapping.d_vertical.Value(GRAPH.top()), 500, 1e-6);
-    // Nothing positive at all still makes an axis.
-    const TGraphMapping negative = Fitted({{-8, -8}, {-2, -2}}, Scaling(3, 3, false));
-    EXPECT_GT(negative.d_horizontal.Value(500), negative.d_horizontal.Value(100));
-}
 
-TEST(GraphMapping, AreaWithoutRoomCanBeInverted)
-{
-    for (const QRect& graph : {QRect(), QRect(7, 7, 1, 1), QRect(QPoint(50, 50), QPoint(20, 20))}) {
-        const TGraphMapping mapping = Fitted({{1, 5}, {3, 9}}, Scaling(1, 1), graph);
-        const TVector2 value = mapping.Value(mapping.Position({2, 6}));
-        EXPECT_NEAR(value.x, 2, 1e-9);
-        EXPECT_NEAR(value.y, 6, 1e-9);
+    // Data without a usable logarithm still make an axis.
+    for (const double low : {-8.0, 0.0, 1e13, 1e300}) {
+        const TGraphAxis axis = Fitted({{low, 1}, {low + 0.002, 2}}, Types(3, 3)).d_horizontal;
+        EXPECT_GT(axis.Value(500), axis.Value(100)) << low;
+        EXPECT_TRUE(std::isfinite(axis.Position(low)) && std::isfinite(axis.Position(-5))) << low;
     }
+    // A part of twenty decades is found again.
+    TGraphMapping wide = Fitted({{1e-10, 1}, {1e10, 2}}, Types(3, 2));
+    wide.d_horizontal.Show(1e-10, 1e10);
+    wide.Zoom_To(QRect(QPoint(200, 40), QPoint(300, 240)));
+    EXPECT_NEAR(wide.d_horizontal.Value(100), 1e-5, 1e-14);
+    EXPECT_NEAR(wide.d_horizontal.Value(500), 1, 1e-9);
 }
