@@ -11,7 +11,6 @@
 
 using Points = std::vector<TVector2>;
 using TButton = Qt::MouseButton;
-
 inline const QColor COLOR(0, 127, 0);
 
 /// A graph on the screen with one data set in COLOR, that notes what the last mouse event made it paint.
@@ -58,18 +57,14 @@ public:
     void Press(const QPointF& at, TButton button) { Send(QEvent::MouseButtonPress, at, button, button); }
     void Move(const QPointF& to, Qt::MouseButtons held) { Send(QEvent::MouseMove, to, Qt::NoButton, held); }
     void Release(const QPointF& at, TButton button) { Send(QEvent::MouseButtonRelease, at, button, {}); }
-    void Click(const QPointF& at, TButton button)
-    {
-        Press(at, button);
-        Release(at, button);
-    }
     void Drag(const QPointF& from, const QPointF& to, TButton button)
     {
         Press(from, button);
-        Move((from + to) / 2.0, button);
-        Move(to, button);
+        for (int step = 1; step <= 2 && to != from; ++step)
+            Move(from + (to - from) * step / 2.0, button);
         Release(to, button);
     }
+    void Click(const QPointF& at, TButton button) { Drag(at, at, button); }
 
 protected:
     void paintEvent(QPaintEvent* event) override

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 namespace
 {
@@ -12,7 +11,6 @@ namespace
 using Points = std::vector<TVector2>;
 
 const QRect GRAPH(100, 40, 401, 201); // edges at 100 and 500, 40 and 240
-const double INF = std::numeric_limits<double>::infinity();
 
 TGraphMapping Fitted(const Points& points, const TGraphScaling& scaling, const QRect& graph = GRAPH)
 {
@@ -30,18 +28,16 @@ TGraphScaling Types(int horizontal, int vertical, bool y_includes_zero = false)
     return {horizontal, vertical, false, y_includes_zero, true, false, 5e-05};
 }
 
-void Expect_Near(double value, double expected, double extent)
-{
-    EXPECT_NEAR(value, expected, 1e-9 * std::abs(extent) + 1e-12 * std::abs(expected));
-}
-
 // The ranges that the linear axes show.
 void Expect_Range(const TGraphMapping& mapping, double x_min, double x_max, double y_min, double y_max)
 {
-    Expect_Near(mapping.d_horizontal.Linear_Value(GRAPH.left()), x_min, x_max - x_min);
-    Expect_Near(mapping.d_horizontal.Linear_Value(GRAPH.right()), x_max, x_max - x_min);
-    Expect_Near(mapping.d_vertical.Linear_Value(GRAPH.bottom()), y_min, y_max - y_min);
-    Expect_Near(mapping.d_vertical.Linear_Value(GRAPH.top()), y_max, y_max - y_min);
+    const auto expect = [](const TGraphAxis& axis, double low, double high) {
+        const double error = 1e-9 * (high - low) + 1e-12 * std::abs(high);
+        EXPECT_NEAR(axis.Linear_Value(axis.d_begin), low, error);
+        EXPECT_NEAR(axis.Linear_Value(axis.d_end), high, error);
+    };
+    expect(mapping.d_horizontal, x_min, x_max);
+    expect(mapping.d_vertical, y_min, y_max);
 }
 
 } // namespace
@@ -56,11 +52,9 @@ TEST(GraphMapping, FitToData)
         double x_min, x_max, y_min, y_max;
     } rows[] = {
         {"nothing", {}, Types(2, 2), -5e-6, 5e-6, -5e-6, 5e-6},
-        {"nothing, y minimum", {}, Types(2, 2, true), -5e-6, 5e-6, -5e-5, 5e-5},
         {"one point", {{3, 4}}, Types(2, 2, true), 2.999995, 3.000005, -5e-5, 4},
         {"its margins", {{3, 4}}, Types(1, 1), 2.999995 - 2e-7, 3.000005, 4 - 5.2e-6, 4 + 5e-6},
         {"margins below only", {{0, -1}, {50, 99}}, Types(1, 1, true), -1, 50, -3, 99},
-        {"y without zero", {{0, 7}, {10, 9}}, Types(2, 2), 0, 10, 7, 9},
         {"symmetric", {{0, 7}, {10, 9}}, Types(2, 2, true), 0, 10, -5e-5, 9},
         {"y minimum", {{0, 1}, {10, 2}}, {2, 2, 0, 1, 0, 0, 20}, 0, 10, 1, 20},
         {"both", {{0, 1}, {10, 2}}, {2, 2, 0, 1, 1, 0, 20}, 0, 10, -20, 20},
@@ -68,16 +62,15 @@ TEST(GraphMapping, FitToData)
         {"bars, logarithmic", {{10, 1}, {50, 2}}, {3, 2, 1, 0, 0, 0, 0}, 9, 51, 1, 2},
         {"locked", {{0, 1}, {10, 3}}, LOCKED, 5 + 1 * 2, 5 + 3 * 2, 1, 3},
         {"locked, no size", {{10, 3}, {20, 3}}, LOCKED, 21 - 5e-6, 21 + 5e-6, 3 - 5e-6, 3 + 5e-6},
-        {"no numbers", {{0, 1}, {INF, 2}, {3, -INF}, {NAN, 9}, {4, 2}}, Types(2, 2), 0, 4, 1, 2},
-        {"far from zero", {{1e8, 1}, {1e8, 2}}, Types(2, 2), 1e8 - 5e-6, 1e8 + 5e-6, 1, 2},
-        {"too far to add that", {{1e13, 1}, {1e13, 2}}, Types(2, 2), 1e13 - 10, 1e13 + 10, 1, 2},
+        {"no numbers", {{0, 1}, {HUGE_VAL, 2}, {3, -HUGE_VAL}, {NAN, 9}, {4, 2}}, Types(2, 2), 0, 4, 1, 2},
+        {"far from zero", {{1e13, 1}, {1e13, 2}}, Types(2, 2), 1e13 - 10, 1e13 + 10, 1, 2},
         {"huge", {{-1.7e308, 1}, {1.7e308, 2}}, Types(2, 2), -1e300, 1e300, 1, 2},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         Expect_Range(Fitted(row.points, row.scaling), row.x_min, row.x_max, row.y_min, row.y_max);
     }
-    EXPECT_LT(Fitted({{1e8, 1}}, Types(2, 2)).d_data_width, 2e-5);
+    EXPECT_NEAR(Fitted({{1e8, 1}}, Types(2, 2)).d_data_width, 1e-5, 5e-8); // as long as doubles can tell
 }
 
 TEST(GraphMapping, FitToRect)
@@ -92,12 +85,11 @@ TEST(GraphMapping, FitToRect)
         QPoint first, second;
         double x_min, x_max, y_min, y_max;
     } rows[] = {
-        {"a part", {150, 60}, {250, 160}, 50, 150, 80, 180},
         {"corners swapped", {250, 160}, {150, 60}, 50, 150, 80, 180},
         {"a point", {150, 60}, {150, 60}, 50 - 5e-6, 50 + 5e-6, 180 - 5e-6, 180 + 5e-6},
         {"up to the limit", {-19900, 40}, {100, 240}, -20000, 0, 0, 200},
         {"beyond the limit", {-9900, 40}, {30100, 240}, -5000, 15000, 0, 200},
-        {"y beyond the limit", {100, -19760}, {500, 240}, 0, 400, 0, 10000},
+        {"y too", {100, -19760}, {500, 240}, 0, 400, 0, 10000},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -135,7 +127,6 @@ TEST(GraphMapping, LogarithmicAxis)
     const TGraphMapping mapping = Fitted({{1, 5}, {10000, 500}}, Types(3, 3, true));
     const TGraphAxis& x = mapping.d_horizontal;
     EXPECT_NEAR(x.Position(1), 100, 1e-9);
-    EXPECT_NEAR(x.Position(100), 300, 1e-9);
     EXPECT_NEAR(x.Value(200), 10, 1e-9);
     EXPECT_LT(x.Position(0), -1000);
     // Linear and logarithmic pixels of the same value.

@@ -7,14 +7,11 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <functional>
-#include <limits>
+#include <optional>
 #include <random>
 
 namespace
 {
-
-using Draw = std::function<void(QPainter&)>;
 
 // Where the widget draws a point: mapped, then towards zero.
 QPoint Pixel(const TGraph& graph, const TVector2& point)
@@ -28,44 +25,40 @@ QImage Only_Color(const QImage& picture)
     return picture.createMaskFromColor(COLOR.rgb(), Qt::MaskInColor);
 }
 
-// Compares the pixels of COLOR in the widget's picture with those that `draw` sets in the plotting area.
-void Expect_Drawn_As(TGraph& graph, const Draw& draw)
+bool Is_White(const QImage& picture)
 {
-    const QImage picture = graph.Seen();
-    QImage expected(picture.size(), QImage::Format_RGB32);
-    expected.fill(Qt::white);
-    QPainter painter(&expected);
-    painter.setClipRect(graph.Layout().graph);
-    painter.setPen(COLOR);
-    draw(painter);
-    painter.end();
-    EXPECT_EQ(Only_Color(picture), Only_Color(expected));
+    QImage white(picture.size(), picture.format());
+    white.fill(Qt::white);
+    return picture == white;
 }
 
-// The points of the graph's first set, one after the other, in a style.
-Draw In_Style(const TGraph& graph, int style)
+// Draws the first set of a graph one point after the other, which takes long.
+void Draw_In_Style(QPainter& painter, const TGraph& graph, int style)
 {
-    return [&graph, style](QPainter& painter) {
-        const int count = graph.DataSetSize(0);
-        const int parts = graph.d_horizontal_scale_type == GRAPH_SCALE_LOG10 ? 4 : 2;
-        const int w = std::max(1, graph.Layout().graph.width() / (parts * count) - 1);
-        const int zero = Pixel(graph, {1, 0}).y();
-        for (int i = 0; i < count; ++i) {
-            const QPoint p = Pixel(graph, graph.GetPoint(0, i));
-            if (style == TGraphWidget::GRAPH_LINE && i > 0)
-                painter.drawLine(Pixel(graph, graph.GetPoint(0, i - 1)), p);
-            if (style == TGraphWidget::GRAPH_BAR && p.y() != zero)
-                painter.fillRect(QRect(QPoint(p.x() - w, std::min(p.y(), zero - 1)),
-                                       QPoint(p.x() + w - 1, std::max(p.y(), zero - 1))),
-                                 COLOR);
-            if (style == TGraphWidget::GRAPH_CROSS) {
-                painter.drawLine(p - QPoint(3, 3), p + QPoint(3, 3));
-                painter.drawLine(p - QPoint(3, -3), p + QPoint(3, -3));
-            }
-            if (style == TGraphWidget::GRAPH_POINT)
-                painter.fillRect(p.x() - 3, p.y() - 3, 6, 6, COLOR);
+    const int parts = (graph.d_horizontal_scale_type == GRAPH_SCALE_LOG10 ? 4 : 2) * graph.DataSetSize(0);
+    const int w = std::max(1, graph.Layout().graph.width() / parts - 1);
+    const int zero = Pixel(graph, {1, 0}).y();
+    std::optional<QPoint> last;
+    for (int i = 0; i < graph.DataSetSize(0); ++i) {
+        const TVector2 point = graph.GetPoint(0, i);
+        const QPoint p = Pixel(graph, point);
+        if (!std::isfinite(point.x + point.y)) {
+            last.reset();
+            continue;
         }
-    };
+        if (style == TGraphWidget::GRAPH_LINE && last)
+            painter.drawLine(*last, p);
+        if (style == TGraphWidget::GRAPH_BAR && p.y() != zero)
+            painter.fillRect(p.x() - w, std::min(p.y(), zero - 1), 2 * w,
+                             std::max(zero - p.y(), p.y() - zero + 2), COLOR);
+        if (style == TGraphWidget::GRAPH_CROSS) {
+            painter.drawLine(p - QPoint(3, 3), p + QPoint(3, 3));
+            painter.drawLine(p - QPoint(3, -3), p + QPoint(3, -3));
+        }
+        if (style == TGraphWidget::GRAPH_POINT)
+            painter.fillRect(p.x() - 3, p.y() - 3, 6, 6, COLOR);
+        last = p;
+    }
 }
 
 // Steady, noisy and jumping points with many to a pixel.
@@ -87,7 +80,6 @@ TEST(GraphWidget, DataSets)
     TGraph graph({{1, 2}, {3, 4}});
     EXPECT_EQ(graph.CreateDataSet(Qt::red, TGraphWidget::GRAPH_LINE), 1);
     EXPECT_TRUE(graph.AddPoint(0, {5, 6}) && graph.ModifyPoint(0, 1, {30, 40}) && graph.DeletePoint(0, 0));
-    EXPECT_EQ(graph.DataSetSize(0), 2);
     EXPECT_EQ(graph.GetPoint(0, 0).x, 30);
     EXPECT_EQ(graph.GetPoint(0, 1).y, 6);
     EXPECT_TRUE(graph.SetPoints(1, {{7, 8}}) && graph.DeletePoints(0));
@@ -113,13 +105,12 @@ TEST(GraphWidgetDeathTest, IndexOutOfRange)
 
 TEST(GraphWidget, Palette)
 {
-    const int rows[][5] = {{0, 1, 255, 0, 0}, {1, 1, 0, 127, 0}, {3, 1, 255, 127, 0}, {5, 1, 255, 0, 255},
-                           {6, 1, 128, 0, 0}, {94, 1, 0, 8, 16}, {96, 1, 0, 0, 0},    {97, 0, 0, 0, 0},
-                           {-1, 0, 0, 0, 0},  {13, 1, 0, 96, 0}};
+    const int rows[][5] = {{0, 1, 255, 0, 0},   {1, 1, 0, 127, 0}, {3, 1, 255, 127, 0},
+                           {5, 1, 255, 0, 255}, {6, 1, 128, 0, 0}, {94, 1, 0, 8, 16},
+                           {96, 1, 0, 0, 0},    {97, 0, 0, 0, 0},  {-1, 0, 0, 0, 0}};
     for (const auto& [index, valid, red, green, blue] : rows) {
         int color[]{-1, -1, -1};
-        EXPECT_EQ(TGraphWidget::GenerateRGBColor(index, &color[0], &color[1], &color[2]), valid == 1)
-            << index;
+        EXPECT_EQ(TGraphWidget::GenerateRGBColor(index, color, color + 1, color + 2), valid == 1) << index;
         EXPECT_THAT(color, testing::ElementsAre(red, green, blue)) << index;
     }
 }
@@ -130,12 +121,11 @@ TEST(GraphWidget, SettingsReachLayoutFitAndLabels)
     QFont font = graph.font();
     font.setPixelSize(9);
     graph.setFont(font);
-    const int h = graph.fontMetrics().height();
-    const TGraphLayout& layout = graph.Layout();
-    EXPECT_EQ(layout.graph, QRect(QPoint(7 * h, 2 * h), QPoint(600 - 2 * h, 400 - 4 * h)));
-    EXPECT_EQ(layout.vertical_labels, QRect(QPoint(2 * h, 0), QPoint(6 * h, 400 - 2 * h)));
-    EXPECT_EQ(layout.horizontal_labels, QRect(QPoint(6 * h, 400 - 4 * h), QPoint(600, 400 - 2 * h)));
-    EXPECT_EQ(layout.horizontal_title, QRect(QPoint(7 * h, 400 - 2 * h), QPoint(600 - 2 * h, 400)));
+    const QFontMetrics metrics = graph.fontMetrics();
+    const int h = metrics.height();
+    EXPECT_EQ(graph.Layout().graph, QRect(QPoint(7 * h, 2 * h), QPoint(600 - 2 * h, 400 - 4 * h)));
+    EXPECT_EQ(graph.Layout().vertical_labels, QRect(QPoint(2 * h, 0), QPoint(6 * h, 400 - 2 * h)));
+    EXPECT_EQ(graph.Layout().horizontal_labels, QRect(QPoint(6 * h, 400 - 4 * h), QPoint(600, 400 - 2 * h)));
 
     const auto expect_y = [&graph](double low, double high) {
         graph.UpdateGraph();
@@ -151,88 +141,73 @@ TEST(GraphWidget, SettingsReachLayoutFitAndLabels)
     expect_y(0, 5e-5);
 
     // Lengths with four decimals, counts with none.
-    EXPECT_EQ(graph.Horizontal_Label_Format().Label(1000), QStringLiteral("  1000.0000  "));
+    const TGraphLabelFormat& format = graph.Horizontal_Label_Format();
+    EXPECT_EQ(format.Label(1000), QStringLiteral("  1000.0000  "));
     EXPECT_EQ(graph.Vertical_Label_Format().Label(7), QStringLiteral("      7"));
-    EXPECT_EQ(graph.Horizontal_Label_Format().cell.width(),
-              graph.fontMetrics().horizontalAdvance(QStringLiteral("    -0.5000  ")));
+    EXPECT_EQ(format.cell, metrics.size(0, QStringLiteral("    -0.5000  ")));
     graph.d_horizontal_scale_type = graph.d_vertical_scale_type = GRAPH_SCALE_LOG10;
     graph.UpdateGraph();
-    EXPECT_EQ(graph.Horizontal_Label_Format().width, 8);
+    EXPECT_EQ(format.width, 8);
     EXPECT_EQ(graph.Vertical_Label_Format().width, 6);
 }
 
-TEST(GraphWidget, WhichStyle)
-{
-    const int of_type[] = {1, 1, 2, 3, 4, 5};
-    for (int type = 0; type <= 5; ++type) {
-        for (int by_default = 0; by_default <= 5; ++by_default) {
-            SCOPED_TRACE(testing::Message() << type << ", " << by_default);
-            TGraph graph({{0, 0}, {5, 7}, {10, 10}}, 11, type);
-            graph.d_default_graph_type = by_default;
-            graph.UpdateGraph();
-            Expect_Drawn_As(graph, In_Style(graph, of_type[type == 0 ? by_default : type]));
-        }
-    }
-}
-
-TEST(GraphWidget, PixelsOfAnyView)
+TEST(GraphWidget, PixelsOfEveryStyleInAnyView)
 {
     const Points rows[] = {
         {{4, 5}, {1, -3}, {2, 0}, {3, 9}},
         {{4, 4}, {4, 4}},
         {{900, 0}, {900, 5}, {900.02, 5}, {900.02, 0}},
-        Many_Points(20000),
+        {{1, 1}, {4, 5}, {5, NAN}, {NAN, HUGE_VAL}, {6, 5}, {8, 2}, {HUGE_VAL, 5}, {9, 3}},
+        Many_Points(5000),
     };
+    const int styles[][3] = {{1, 2, 1}, {0, 0, 1}, {0, 1, 1}, {2, 1, 2}, {0, 2, 2}, {3, 2, 3},
+                             {0, 3, 3}, {4, 0, 4}, {0, 4, 4}, {5, 1, 5}, {0, 5, 5}};
     for (const Points& points : rows) {
         for (const int scales : {11, 13, 31, 33}) {
-            for (int style = 1; style <= 4; ++style) {
-                SCOPED_TRACE(testing::Message() << points[0].x << ", " << scales << ", " << style);
-                TGraph graph(points, scales, style);
-                Expect_Drawn_As(graph, In_Style(graph, style));
-                graph.ZoomOut();
-                Expect_Drawn_As(graph, In_Style(graph, style));
+            for (const auto& [type, by_default, style] : styles) {
+                SCOPED_TRACE(testing::Message()
+                             << points[0].x << ", " << scales << ", " << type << by_default);
+                TGraph graph(points, scales, type);
+                graph.d_default_graph_type = by_default;
+                graph.UpdateGraph();
+                for (int view = 0; view < 2; ++view) {
+                    const QImage picture = graph.Seen();
+                    QImage expected(picture.size(), picture.format());
+                    expected.fill(Qt::white);
+                    QPainter painter(&expected);
+                    painter.setClipRect(graph.Layout().graph);
+                    painter.setPen(COLOR);
+                    Draw_In_Style(painter, graph, style);
+                    painter.end();
+                    EXPECT_EQ(Only_Color(picture), Only_Color(expected));
+                    graph.ZoomOut();
+                }
             }
         }
     }
 }
 
-TEST(GraphWidget, PointsThatAreNoNumbersPartTheLine)
+TEST(GraphWidget, FarPoints)
 {
-    const double inf = std::numeric_limits<double>::infinity();
-    for (const TVector2& gap : {TVector2(5, NAN), TVector2(inf, 5), TVector2(NAN, inf)}) {
-        TGraph graph({{0, 1}, {4, 5}, gap, gap, {6, 5}, {10, 1}});
-        Expect_Drawn_As(graph, [&](QPainter& painter) {
-            painter.drawLine(Pixel(graph, {0, 1}), Pixel(graph, {4, 5}));
-            painter.drawLine(Pixel(graph, {6, 5}), Pixel(graph, {10, 1}));
-        });
-    }
-}
-
-TEST(GraphWidget, HugeCoordinatesKeepTheirSlope)
-{
+    // Seen from nearer and nearer: their positions leave the range of whole pixels and then that of doubles.
+    QImage picture(600, 400, QImage::Format_RGB32);
     for (int style = 1; style <= 4; ++style) {
-        // Seen from nearer and nearer, until the far points' positions overflow.
         TGraph graph({{0, 0}, {1e308, 1}, {-1e308, 2}, {1, 1}, {1e13, 1}, {1e13 + 0.002, 2}}, 22, style);
         for (int step = 0; step < 150; ++step) {
             const QPoint origin = graph.Mapping().Position({0, 0}).toPoint();
             graph.Update_Viewport_To_Rect(QRect(origin - QPoint(2, 2), origin + QPoint(2, 2)));
-            QImage picture(600, 400, QImage::Format_RGB32);
-            QPainter painter(&picture);
-            graph.Draw(painter, picture.size());
+            graph.Paint_To(&picture);
         }
     }
-    // The line's ends are far beyond any whole pixel, its middle crosses the view.
+    // A line between two of them keeps its slope.
     TGraph graph({{-10, -10}, {10, 10}});
     graph.Seen();
     graph.SetPoints(0, {{-1e9, -1e9}, {1e9, 1e9}, {1e300, -1e300}});
-    QImage picture(600, 400, QImage::Format_RGB32);
-    QPainter painter(&picture);
-    graph.Draw(painter, picture.size());
-    for (const double at : {-7.3, 0.0, 4.1}) {
-        const QPoint p = Pixel(graph, {at, at});
-        const auto is_set = [&](int dy) { return picture.pixel(p + QPoint(0, dy)) == COLOR.rgb(); };
-        EXPECT_TRUE(is_set(-1) || is_set(0) || is_set(1)) << at;
-    }
+    graph.ZoomOut();
+    graph.Seen();
+    for (const double at : {-7.3, 0.9, 4.1})
+        EXPECT_FALSE(Is_White(graph.Seen().copy(QRect(Pixel(graph, {at, at}) - QPoint(0, 1), QSize(1, 3)))))
+            << at;
 }
 
 TEST(GraphWidget, MarkersOnTopOfEachOther)
@@ -252,43 +227,29 @@ TEST(GraphWidget, MarkersOnTopOfEachOther)
 
 TEST(GraphWidget, EveryTickHasItsNumberAndNothingIsCut)
 {
-    const struct
-    {
-        int type;
-        double low, high;
-    } rows[] = {{1, 899.9901, 900.0299}, {1, 900, 900.03},  {2, 1e9, 1e9 + 100},
-                {2, -1e6, 2e6},          {1, 1e195, 1e200}, {1, 0, 950},
-                {3, 7e2, 7.7e7},         {3, 0.01, 1},      {3, 3, 5}};
-    for (const auto& row : rows) {
+    const double rows[][3] = {{1, 899.9901, 900.0299}, {1, 900, 900.03}, {2, 1e9, 1e9 + 100}, {2, -1e6, 2e6},
+                              {1, 1e195, 1e200},       {3, 7e2, 7.7e7},  {3, 0.01, 1},        {3, 3, 5}};
+    for (const auto& [type, low, high] : rows) {
         for (int width = 330; width < 700; width += 23) {
-            SCOPED_TRACE(testing::Message() << row.type << ", " << row.low << ", " << width);
-            TGraph graph({{row.low, row.low}, {row.high, row.high}}, 11 * row.type);
-            graph.d_vertical_title = graph.d_horizontal_title = graph.d_graph_title =
-                QString(300, QLatin1Char('m'));
+            SCOPED_TRACE(testing::Message() << type << ": " << low << " to " << high << ", " << width);
+            TGraph graph({{low, low}, {high, high}}, 11 * static_cast<int>(type));
+            graph.d_vertical_title = graph.d_horizontal_title = QString(300, QLatin1Char('m'));
             graph.resize(width, 200 + width / 4);
             const QImage picture = graph.Seen();
-            const auto is_white = [&picture](int x, int y, int columns, int lines) {
-                QImage white(columns, lines, picture.format());
-                white.fill(Qt::white);
-                return picture.copy(x, y, columns, lines) == white;
-            };
-            const int height = picture.height();
-            EXPECT_TRUE(is_white(0, 0, width, 1) && is_white(0, 0, 1, height) &&
-                        is_white(0, height - 1, width, 1));
-            // Between the vertical labels and the frame there is nothing but ticks.
             const TGraphLayout& layout = graph.Layout();
-            EXPECT_TRUE(is_white(layout.vertical_labels.right() + 2, 0, 2, layout.graph.bottom()));
+            const auto is_white = [&picture](const QRect& part) { return Is_White(picture.copy(part)); };
+            EXPECT_TRUE(is_white({0, 0, width, 1}) && is_white({0, 0, 1, picture.height()}));
+            EXPECT_TRUE(is_white({0, picture.height() - 1, width, 1}));
+            EXPECT_TRUE(is_white({layout.vertical_labels.right() + 2, 0, 2, layout.graph.bottom()}));
 
             // Labels are parted by more than the gaps between their characters.
-            const QRect row_of_labels = layout.horizontal_labels;
+            const int bottom = layout.graph.bottom();
+            const int height = layout.horizontal_labels.height() - 8;
             int ticks = 0;
             int labels = 0;
-            int gap = 100;
-            for (int x = row_of_labels.left(); x < width; ++x) {
-                ticks += !is_white(x, layout.graph.bottom() + 3, 1, 1);
-                const bool ink = !is_white(x, row_of_labels.top() + 7, 1, row_of_labels.height() - 8);
-                labels += ink && gap > 4;
-                gap = ink ? 0 : gap + 1;
+            for (int x = layout.horizontal_labels.left(); x < width; ++x) {
+                ticks += !is_white({x, bottom + 3, 1, 1});
+                labels += is_white({x - 5, bottom + 7, 5, height}) && !is_white({x, bottom + 7, 1, height});
             }
             EXPECT_EQ(labels, ticks);
         }
@@ -304,9 +265,7 @@ TEST(GraphWidget, PaintsOnOtherDevicesAndInAnyPalette)
         QImage image(screen.size() * scale, QImage::Format_RGB32);
         image.setDotsPerMeterX(qRound(scale * graph.logicalDpiX() / 0.0254));
         ASSERT_TRUE(graph.Paint_To(&image));
-        const QRect area = graph.Layout().graph;
-        const QImage part = image.copy(QRect(area.topLeft() * scale, area.size() * scale));
-        EXPECT_EQ(Only_Color(part), Only_Color(screen.copy(area).scaled(part.size())));
+        EXPECT_EQ(Only_Color(image), Only_Color(screen.scaled(image.size())));
     }
     QPicture recorded;
     ASSERT_TRUE(graph.Paint_To(&recorded));
@@ -321,24 +280,4 @@ TEST(GraphWidget, PaintsOnOtherDevicesAndInAnyPalette)
     dark.setColor(QPalette::WindowText, Qt::white);
     graph.setPalette(dark);
     EXPECT_EQ(graph.Seen(), screen);
-}
-
-TEST(GraphWidget, RequestsAreAnsweredByTheNextPaint)
-{
-    TGraph graph({{0, 0}, {10, 10}}, 22);
-    const auto width = [&] { return graph.High().x - graph.Low().x; };
-    graph.AddPoint(0, {20, 20});
-    graph.Seen();
-    EXPECT_NEAR(width(), 10, 1e-6); // not by itself
-    graph.ScaleToFit();
-    EXPECT_NEAR(width(), 10, 1e-6);
-    graph.Seen();
-    EXPECT_NEAR(width(), 20, 1e-6);
-    graph.ZoomOut();
-    graph.Seen();
-    graph.Seen();
-    EXPECT_NEAR(width(), 40, 0.2);
-    graph.d_direct_render = true;
-    graph.Seen();
-    EXPECT_NEAR(width(), 20, 1e-6);
 }
