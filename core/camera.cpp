@@ -12,11 +12,17 @@ TVector2 Aspect(int width, int height)
 {
     if (width == 0 || height == 0)
         return {1.0, 1.0};
-    const double half_width = 0.5 * width;
-    const double half_height = 0.5 * height;
-    if (std::fabs(half_width) > std::fabs(half_height))
-        return {half_height / half_width, 1.0};
-    return {1.0, half_width / half_height};
+    if (width > height)
+        return {static_cast<double>(height) / width, 1.0};
+    return {1.0, static_cast<double>(width) / height};
+}
+
+/// The driver keeps its matrices in single precision, where what is far larger or smaller gets lost.
+constexpr double LARGEST_USABLE = 1e30;
+
+bool Is_Usable_Scale(double scale)
+{
+    return std::fabs(scale) <= LARGEST_USABLE && std::fabs(scale) >= 1.0 / LARGEST_USABLE;
 }
 
 /// The whole part, at the limits of int for what lies far outside the viewport.
@@ -41,12 +47,11 @@ void TCamera::To_Viewport(int* x, int* y) const
 
 void TCamera::Keep_Pixels_Square(int width, int height)
 {
-    const double half_width = 0.5 * width;
-    const double half_height = 0.5 * height;
-    if (std::fabs(half_width) > std::fabs(half_height))
-        projection(0) = (half_height / half_width) * projection(5);
+    const TVector2 aspect = Aspect(width, height);
+    if (aspect.x < 1.0)
+        projection(0) = aspect.x * projection(5);
     else
-        projection(5) = (half_width / half_height) * projection(0);
+        projection(5) = aspect.y * projection(0);
 }
 
 void TCamera::Fit(const TVector3& minimum, const TVector3& maximum)
@@ -55,7 +60,7 @@ void TCamera::Fit(const TVector3& minimum, const TVector3& maximum)
     for (int i = 0; i < 3; ++i)
         extent(i) = std::max(extent(i), 1e-6);
     const TVector3 sum = minimum + maximum;
-    if (!std::isfinite(Length(extent)) || !std::isfinite(Length(sum)))
+    if (!(Length(extent) <= LARGEST_USABLE && Length(sum) <= LARGEST_USABLE))
         return;
 
     projection(8) = 0.0;
@@ -78,7 +83,7 @@ bool TCamera::Zoom_To_Rect(const TVector2& a, const TVector2& b)
 void TCamera::Zoom(double factor)
 {
     for (const int scale : {0, 5, 10})
-        if (!std::isnormal(projection(scale) * factor))
+        if (!Is_Usable_Scale(projection(scale) * factor))
             return;
     for (int column = 0; column < 16; column += 4)
         for (int row = 0; row < 3; ++row)

@@ -33,7 +33,7 @@ struct TCamera
 
     /// Shows the box between two corners given in eye coordinates: the larger of its width and height fills
     /// the smaller side of the viewport, its depth takes the middle quarter of the depth range, which leaves
-    /// room to turn. A box without finite size changes nothing.
+    /// room to turn. A box too large for the driver's numbers (1e30) changes nothing.
     void Fit(const TVector3& minimum, const TVector3& maximum);
 
     /// Shows the rectangle between two points of the eye plane; false, and nothing changed, when it is

@@ -20,25 +20,10 @@ QString GL_Text(QOpenGLContext* context, GLenum name)
     return QString::fromLatin1(reinterpret_cast<const char*>(context->functions()->glGetString(name)));
 }
 
-/// The box's face normals in the direction of its diagonal, or the axes where one of them has no direction.
-void Repair_Directions(TOpenGLWidget::TSelectionItemType* box)
+QPoint In_Viewport(const TCamera& camera, QPoint position)
 {
-    TVector3* const directions[] = {&box->first_direction, &box->second_direction, &box->third_direction};
-    const TVector3 diagonal = box->second_point - box->first_point;
-    bool usable = Length(diagonal) > 1e-6;
-    for (const TVector3* direction : directions)
-        usable = usable && Length(*direction) > 1e-6;
-    if (!usable) {
-        box->first_direction = {1.0, 0.0, 0.0};
-        box->second_direction = {0.0, 1.0, 0.0};
-        box->third_direction = {0.0, 0.0, 1.0};
-        return;
-    }
-    for (TVector3* direction : directions) {
-        if (!((*direction ^ diagonal) > 0.0))
-            *direction = *direction * -1.0;
-        direction->Normal();
-    }
+    camera.To_Viewport(&position.rx(), &position.ry());
+    return position;
 }
 
 } // namespace
@@ -80,11 +65,9 @@ void TOpenGLWidget::Convert_To_GLViewport(short* x, short* y)
 {
     if (!Make_Current())
         return;
-    int viewport_x = *x;
-    int viewport_y = *y;
-    Read_Camera().To_Viewport(&viewport_x, &viewport_y);
-    *x = static_cast<short>(viewport_x);
-    *y = static_cast<short>(viewport_y);
+    const QPoint position = In_Viewport(Read_Camera(), {*x, *y});
+    *x = static_cast<short>(position.x());
+    *y = static_cast<short>(position.y());
 }
 
 void TOpenGLWidget::Convert_GLViewport_ToModel(short x, short y, double* model_x, double* model_y)
@@ -114,23 +97,11 @@ double TOpenGLWidget::Get_GLPixel_Depth(short x, short y)
     float depth = 1.0F;
     glReadPixels(XPixel, YPixel, 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, &depth);
     depth = std::min(depth, 1.0F);
-    const int size = std::min(viewport[2], viewport[3]) / 5;
-    if (depth <= TCamera::BACKGROUND_DEPTH || size < 2)
+    const int block_size = std::min(viewport[2], viewport[3]) / 5;
+    if (depth <= TCamera::BACKGROUND_DEPTH || block_size < 2)
         return depth;
-
-    const int left = std::clamp(XPixel - size / 2, 0, viewport[2] - size);
-    const int bottom = std::clamp(YPixel - size / 2, 0, viewport[3] - size);
-    std::vector<float> block(static_cast<size_t>(size) * static_cast<size_t>(size), 1.0F);
-    glReadPixels(left, bottom, size, size, GL_DEPTH_COMPONENT, GL_FLOAT, block.data());
-    double sum = 0.0;
-    int count = 0;
-    for (const float value : block) {
-        if (value <= TCamera::BACKGROUND_DEPTH) {
-            sum += value;
-            ++count;
-        }
-    }
-    return count > 0 ? sum / count : 1.0;
+    return Mean_Depth(std::clamp(XPixel - block_size / 2, 0, viewport[2] - block_size),
+                      std::clamp(YPixel - block_size / 2, 0, viewport[3] - block_size), block_size);
 }
 
 void TOpenGLWidget::Set_Rotation_Center()
@@ -173,9 +144,9 @@ void TOpenGLWidget::Zoom_To_Rect(const QRect& rect)
     if (!Make_Current())
         return;
     TCamera camera = Read_Camera();
-    const auto eye_point = [&camera](QPoint corner) {
-        camera.To_Viewport(&corner.rx(), &corner.ry());
-        return camera.Eye_Plane_Point(corner.x(), corner.y());
+    const auto eye_point = [&camera](const QPoint& corner) {
+        const QPoint pixel = In_Viewport(camera, corner);
+        return camera.Eye_Plane_Point(pixel.x(), pixel.y());
     };
     if (camera.Zoom_To_Rect(eye_point(rect.topLeft()), eye_point(rect.bottomRight())))
         Load_Projection(camera.projection);
@@ -218,14 +189,10 @@ void TOpenGLWidget::End_Fit_To_Viewport()
 
 void TOpenGLWidget::AddSelectionItem(const TSelectionItemType& item)
 {
-    TSelectionItemType copy(item);
-    if (copy.kind == TSelectionItemType::BOX)
-        Repair_Directions(&copy);
-    else if (copy.kind == TSelectionItemType::SEGMENT)
-        copy.first_direction = copy.second_direction = copy.third_direction = TVector3();
-    else
+    if (item.kind != TSelectionItemType::BOX && item.kind != TSelectionItemType::SEGMENT)
         return;
-    d_SelectionItems.push_back(copy);
+    d_SelectionItems.push_back(item);
+    d_SelectionItems.back().Repair_Directions();
 }
 
 TOpenGLWidget::TSelectionItemType TOpenGLWidget::Selection_Item(int offset) const
@@ -237,38 +204,13 @@ TOpenGLWidget::TSelectionItemType TOpenGLWidget::Selection_Item(int offset) cons
 
 int TOpenGLWidget::Find_Selection(const TVector3& point) const
 {
-    int nearest = -1;
-    double nearest_distance = 0.0;
-    for (int offset = 0; offset < static_cast<int>(d_SelectionItems.size()); ++offset) {
-        const TSelectionItemType& item = d_SelectionItems[static_cast<size_t>(offset)];
-        const TVector3& a = item.first_point;
-        const TVector3& b = item.second_point;
-        if (item.kind == TSelectionItemType::BOX) {
-            if (Is_Point_Between(point, a, b, item.first_direction) &&
-                Is_Point_Between(point, a, b, item.second_direction) &&
-                Is_Point_Between(point, a, b, item.third_direction))
-                return offset;
-            continue;
-        }
-        const TVector3 axis = b - a;
-        const double length = Length(axis);
-        if (!(length > 1e-6) || !Is_Point_Between(point, a, b, axis))
-            continue;
-        const double distance = Length((point - (a + b) / 2.0) * (axis / length));
-        if (nearest < 0 || distance < nearest_distance) {
-            nearest = offset;
-            nearest_distance = distance;
-        }
-    }
-    return nearest;
+    return Find_Item(d_SelectionItems, point);
 }
 
 bool TOpenGLWidget::Is_Point_Between(const TVector3& point, const TVector3& a, const TVector3& b,
                                      const TVector3& direction) const
 {
-    const double from_a = (point - a) ^ direction;
-    const double from_b = (point - b) ^ direction;
-    return (from_a > 0.0 && from_b < 0.0) || (from_a < 0.0 && from_b > 0.0);
+    return Is_Between_Planes(point, a, b, direction);
 }
 
 void TOpenGLWidget::Point_Raster_Position(int* x, int* y, const TVector3& point)
@@ -303,8 +245,7 @@ void TOpenGLWidget::mousePressEvent(QMouseEvent* event)
         return;
 
     const TCamera camera = Read_Camera();
-    d_LastDragPosition = d_PressPosition;
-    camera.To_Viewport(&d_LastDragPosition.rx(), &d_LastDragPosition.ry());
+    d_LastDragPosition = In_Viewport(camera, d_PressPosition);
     d_MouseMoved = false;
     d_ModelMatrix = camera.model;
     d_ProjectionMatrix = camera.projection;
@@ -317,25 +258,11 @@ void TOpenGLWidget::mouseReleaseEvent(QMouseEvent* event)
     if (!Make_Current())
         return;
     const TCamera camera = Read_Camera();
-    QPoint position = Device_Position(event->localPos());
-    camera.To_Viewport(&position.rx(), &position.ry());
-    const auto x = static_cast<short>(position.x());
-    const auto y = static_cast<short>(position.y());
-
-    if (event->button() == Qt::LeftButton) {
-        if (d_RubberBandActive && d_RubberBand) {
-            d_RubberBand->hide();
-            Zoom_To_Rect(d_RubberBandRect);
-            update();
-        } else if (camera.Is_Inside_Viewport(position.x(), position.y())) {
-            Process_Mouse_Click(x, y);
-        }
-    } else if (event->button() == Qt::RightButton && !d_MouseMoved) {
-        // Beyond the edges the law of the click zoom would turn the picture inside out.
-        if (position.y() >= 0 && position.y() <= camera.viewport[3])
-            Click_Zoom(x, y);
-        update();
-    }
+    const QPoint position = In_Viewport(camera, Device_Position(event->localPos()));
+    if (event->button() == Qt::LeftButton)
+        Release_Left(camera, position);
+    else if (event->button() == Qt::RightButton && !d_MouseMoved)
+        Release_Right(camera, position);
 }
 
 void TOpenGLWidget::mouseMoveEvent(QMouseEvent* event)
@@ -397,7 +324,7 @@ void TOpenGLWidget::resizeGL(int width, int height)
     glViewport(0, 0, device_width, device_height);
     TCamera camera = Read_Camera();
     camera.Keep_Pixels_Square(device_width, device_height);
-    glMatrixMode(GL_PROJECTION);
+    glMatrixMode(GL_PROJECTION); // the member stays: the next press reads what is shown
     glLoadMatrixd(camera.projection.Data());
 }
 
@@ -410,18 +337,6 @@ void TOpenGLWidget::paintGL()
         d_FitRequested = false;
     }
     GLRender();
-}
-
-void TOpenGLWidget::GLInit()
-{
-}
-
-void TOpenGLWidget::GLResize(int, int)
-{
-}
-
-void TOpenGLWidget::GLRender()
-{
 }
 
 bool TOpenGLWidget::Make_Current()
@@ -444,6 +359,22 @@ TCamera TOpenGLWidget::Read_Camera()
 QPoint TOpenGLWidget::Device_Position(const QPointF& local) const
 {
     return (local * devicePixelRatioF()).toPoint(); // rounds to the nearest pixel
+}
+
+// The mean depth of what is drawn in a square block, 1.0 when that is nothing.
+double TOpenGLWidget::Mean_Depth(int left, int bottom, int size)
+{
+    std::vector<float> block(static_cast<size_t>(size) * static_cast<size_t>(size), 1.0F);
+    glReadPixels(left, bottom, size, size, GL_DEPTH_COMPONENT, GL_FLOAT, block.data());
+    double sum = 0.0;
+    int count = 0;
+    for (const float value : block) {
+        if (value <= TCamera::BACKGROUND_DEPTH) {
+            sum += value;
+            ++count;
+        }
+    }
+    return count > 0 ? sum / count : 1.0;
 }
 
 void TOpenGLWidget::Load_Model(const TMat4& model)
@@ -470,30 +401,37 @@ void TOpenGLWidget::Zoom(double factor)
     Load_Projection(camera.projection);
 }
 
+void TOpenGLWidget::Release_Left(const TCamera& camera, const QPoint& position)
+{
+    if (d_RubberBandActive && d_RubberBand) {
+        d_RubberBand->hide();
+        Zoom_To_Rect(d_RubberBandRect);
+        update();
+    } else if (camera.Is_Inside_Viewport(position.x(), position.y())) {
+        Process_Mouse_Click(static_cast<short>(position.x()), static_cast<short>(position.y()));
+    }
+}
+
+void TOpenGLWidget::Release_Right(const TCamera& camera, const QPoint& position)
+{
+    // Beyond the edges the law of the click zoom would turn the picture inside out.
+    if (position.y() < 0 || position.y() > camera.viewport[3])
+        return;
+    Click_Zoom(static_cast<short>(position.x()), static_cast<short>(position.y()));
+    update();
+}
+
 void TOpenGLWidget::Drag_View(const QPoint& position, Qt::KeyboardModifiers modifiers)
 {
     TCamera camera = Read_Camera();
-    QPoint cursor(position);
-    camera.To_Viewport(&cursor.rx(), &cursor.ry());
+    const QPoint cursor = In_Viewport(camera, position);
     const QPoint step = cursor - d_LastDragPosition;
     if (std::abs(step.x()) < 2 && std::abs(step.y()) < 2)
         return;
 
     camera.model = d_ModelMatrix;
     camera.projection = d_ProjectionMatrix;
-    bool rotated = false;
-    if ((modifiers & Qt::ControlModifier) || d_Rotate3dMode) {
-        camera.Rotate_3d(step.x(), step.y());
-        rotated = true;
-    } else if (!(modifiers & Qt::ShiftModifier) && !d_Rotate2dMode) {
-        camera.Pan(step.x(), step.y(), d_HalfWidth, d_HalfHeight);
-    } else {
-        const auto from_middle = [this](const QPoint& p) {
-            return TVector2(p.x() - d_HalfWidth, p.y() - d_HalfHeight);
-        };
-        rotated = camera.Rotate_2d(from_middle(d_LastDragPosition), from_middle(cursor));
-    }
-    if (rotated) {
+    if (Move_Camera(&camera, cursor, modifiers)) {
         camera.Recenter(d_RotationCenter);
         Load_Model(camera.model);
     }
@@ -501,6 +439,24 @@ void TOpenGLWidget::Drag_View(const QPoint& position, Qt::KeyboardModifiers modi
     update();
     d_MouseMoved = true;
     d_LastDragPosition = cursor;
+}
+
+// Takes the camera from the last drag position to the cursor; true when that was a rotation.
+bool TOpenGLWidget::Move_Camera(TCamera* camera, const QPoint& cursor, Qt::KeyboardModifiers modifiers) const
+{
+    const QPoint step = cursor - d_LastDragPosition;
+    if ((modifiers & Qt::ControlModifier) || d_Rotate3dMode) {
+        camera->Rotate_3d(step.x(), step.y());
+        return true;
+    }
+    if (!(modifiers & Qt::ShiftModifier) && !d_Rotate2dMode) {
+        camera->Pan(step.x(), step.y(), d_HalfWidth, d_HalfHeight);
+        return false;
+    }
+    const QPoint middle(d_HalfWidth, d_HalfHeight);
+    const QPoint from = d_LastDragPosition - middle;
+    const QPoint to = cursor - middle;
+    return camera->Rotate_2d(TVector2(from.x(), from.y()), TVector2(to.x(), to.y()));
 }
 
 void TOpenGLWidget::Drag_Rubber_Band(const QPoint& position)

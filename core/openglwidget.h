@@ -3,6 +3,7 @@
 
 #include "camera.h"
 #include "mat4.h"
+#include "selectionitem.h"
 #include "vector3.h"
 
 #include <QOpenGLFunctions>
@@ -27,20 +28,7 @@ class TOpenGLWidget : public QOpenGLWidget, protected QOpenGLFunctions
     Q_OBJECT
 
 public:
-    /// A volume that a click can hit.
-    struct TSelectionItemType
-    {
-        TVector3 first_point;     ///< segment start, or one corner of a box
-        TVector3 second_point;    ///< segment end, or the opposite corner
-        TVector3 first_direction; ///< normals of the three pairs of faces, of a box only
-        TVector3 second_direction;
-        TVector3 third_direction;
-        int identifier{-1}; ///< what a hit reports
-        int kind{SEGMENT};
-
-        static constexpr int BOX = 0;
-        static constexpr int SEGMENT = 1;
-    };
+    using TSelectionItemType = TSelectionItem;
 
     explicit TOpenGLWidget(const QWidget* parent = nullptr, Qt::WindowFlags flags = {});
 
@@ -71,12 +59,10 @@ public:
     void Process_Vertex(const TVector3& v);
     void End_Fit_To_Viewport();
 
-    /// Appends a copy. Unknown kinds are ignored; the directions of a box are turned along its diagonal and
-    /// normalised, a degenerate box gets those of the axes.
+    /// Appends a copy with repaired directions. Unknown kinds are ignored.
     void AddSelectionItem(const TSelectionItemType& item);
     TSelectionItemType Selection_Item(int offset) const;
-    /// The offset of the item a model point belongs to, -1 for none: the first box around it, otherwise the
-    /// segment whose line is nearest among those whose end planes enclose it.
+    /// The offset of the item a model point belongs to, -1 for none (see Find_Item).
     int Find_Selection(const TVector3& point) const;
     /// True strictly between the planes through a and b with that normal.
     bool Is_Point_Between(const TVector3& point, const TVector3& a, const TVector3& b,
@@ -101,9 +87,9 @@ protected:
     void resizeGL(int width, int height) override;
     void paintGL() override;
 
-    virtual void GLInit();
-    virtual void GLResize(int width, int height);
-    virtual void GLRender();
+    virtual void GLInit() {}
+    virtual void GLResize(int /*width*/, int /*height*/) {}
+    virtual void GLRender() {}
 
     /// Makes the context current; false before the first show, when there is none.
     bool Make_Current();
@@ -143,10 +129,14 @@ protected:
 
 private:
     QPoint Device_Position(const QPointF& local) const;
+    double Mean_Depth(int left, int bottom, int size);
     void Load_Model(const TMat4& model);
     void Load_Projection(const TMat4& projection);
     void Zoom(double factor);
+    void Release_Left(const TCamera& camera, const QPoint& position);
+    void Release_Right(const TCamera& camera, const QPoint& position);
     void Drag_View(const QPoint& position, Qt::KeyboardModifiers modifiers);
+    bool Move_Camera(TCamera* camera, const QPoint& cursor, Qt::KeyboardModifiers modifiers) const;
     void Drag_Rubber_Band(const QPoint& position);
     void Show_Rubber_Band();
     void Note_Modifier_Key(int key, bool down);

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "opengldisplay.h"
 
-#include <QFontMetrics>
+#include "openglshaders.h"
+
 #include <QOpenGLShaderProgram>
 #include <QPainter>
 
@@ -11,80 +12,6 @@
 
 namespace
 {
-
-// Both lights stay with the viewer: their directions are taken back into the model by the transposed
-// rotation.
-const char* const LIT_VERTEX_SOURCE =
-    "   uniform vec4 color;\n"
-    "   uniform vec3 offset;\n"
-    "   uniform float specular;\n"
-    "   attribute vec3 vertex;\n"
-    "   attribute vec3 normal;\n"
-    "   varying float vertex_angle;\n"
-    "   varying float vertex_specular;\n"
-    "   varying vec3 vertex_normal;\n"
-    "\n"
-    "   void main(void)\n"
-    "   {\n"
-    "       vec4 light_position = vec4(0.0,1.0,0.0,1.0);\n"
-    "       vec4 specular_position = vec4(0.0,0.707107,0.707107,1.0);\n"
-    "       mat4 modelview_mat = gl_ModelViewMatrix;\n"
-    "       mat4 trans_modelview_mat = modelview_mat;\n"
-    "\n"
-    "       trans_modelview_mat[1][0] = modelview_mat[0][1];\n"
-    "       trans_modelview_mat[2][0] = modelview_mat[0][2];\n"
-    "       trans_modelview_mat[0][1] = modelview_mat[1][0];\n"
-    "       trans_modelview_mat[0][2] = modelview_mat[2][0];\n"
-    "       trans_modelview_mat[1][2] = modelview_mat[2][1];\n"
-    "       trans_modelview_mat[2][1] = modelview_mat[1][2];\n"
-    "\n"
-    "       light_position = trans_modelview_mat * light_position;\n"
-    "       specular_position = trans_modelview_mat * specular_position;\n"
-    "       vertex_angle = max(dot(normal, vec3(light_position.x,light_position.y,light_position.z)),0.0);\n"
-    "       vertex_specular = max(dot(normal, "
-    "vec3(specular_position.x,specular_position.y,specular_position.z)),0.0) * specular;\n"
-    "       vertex_normal = normal;\n"
-    "\n"
-    "       gl_Position = gl_ModelViewProjectionMatrix * vec4(vertex.x + offset.x,vertex.y + "
-    "offset.y,vertex.z "
-    "+ offset.z,1.0);\n"
-    "    }\n";
-
-const char* const LIT_FRAGMENT_SOURCE =
-    "   varying vec3 vertex_normal;\n"
-    "   uniform vec4 color;\n"
-    "   varying float vertex_angle;\n"
-    "   varying float vertex_specular;\n"
-    "\n"
-    "   void main(void)\n"
-    "   {\n"
-    "       vec4 fragment_color;\n"
-    "\n"
-    "       float diffuse_level = vertex_angle * 0.1;\n"
-    "\n"
-    "       fragment_color = color * vec4(0.8, 0.8, 0.8, 1.0);\n"
-    "       fragment_color += color * vec4(diffuse_level,diffuse_level,diffuse_level, 1.0);\n"
-    "       fragment_color += vec4(vertex_specular,vertex_specular,vertex_specular, 1.0);\n"
-    "       fragment_color.w = color.w;\n"
-    "       gl_FragColor = clamp(fragment_color, 0.0, 1.0);\n"
-    "   }\n";
-
-const char* const FLAT_VERTEX_SOURCE =
-    "   uniform vec4 color;\n"
-    "   attribute vec3 vertex;\n"
-    "\n"
-    "   void main(void)\n"
-    "   {\n"
-    "       gl_Position = gl_ModelViewProjectionMatrix * vec4(vertex,1.0);\n"
-    "    }\n";
-
-const char* const FLAT_FRAGMENT_SOURCE = "   varying vec3 vertex_normal;\n"
-                                         "   uniform vec4 color;\n"
-                                         "\n"
-                                         "   void main(void)\n"
-                                         "   {\n"
-                                         "       gl_FragColor = clamp(color, 0.0, 1.0);\n"
-                                         "   }\n";
 
 constexpr TVector3 MACHINE_COLOR(0.5, 0.5, 0.5);
 constexpr TVector3 TRIAD_COLOR(0.25, 0.25, 0.25);
@@ -102,6 +29,21 @@ TVector3 Box_Corner(const TVector3& minimum, const TVector3& maximum, int number
 {
     return {number & 1 ? maximum.x : minimum.x, number & 2 ? maximum.y : minimum.y,
             number & 4 ? maximum.z : minimum.z};
+}
+
+/// The box's twelve edges as separate lines: 72 doubles.
+void Write_Box_Edges(const TVector3& minimum, const TVector3& maximum, double* out)
+{
+    for (int corner = 0; corner < 8; ++corner) {
+        for (int axis = 1; axis < 8; axis *= 2) {
+            if (corner & axis)
+                continue;
+            for (const int end : {corner, corner | axis}) {
+                const TVector3 point = Box_Corner(minimum, maximum, end);
+                out = std::copy_n(&point.x, 3, out);
+            }
+        }
+    }
 }
 
 QOpenGLShaderProgram* New_Program(const char* vertex_source, const char* fragment_source, QObject* parent)
@@ -139,6 +81,7 @@ TOpenGLDisplay::~TOpenGLDisplay()
 void TOpenGLDisplay::Add_BallBar(const TBallBar& bar)
 {
     d_BallBars.push_back(bar);
+    d_Labels.Add(bar.name, bar.label);
     const int level = BallBarMeshes::Level(d_BallBars.size());
     if (level == d_Level) {
         Create_Meshes(&d_BallBars.back());
@@ -161,7 +104,7 @@ void TOpenGLDisplay::Clear_BallBars()
     Remove_Meshes();
     d_BallBars.clear();
     d_SelectionItems.clear();
-    d_LabelSizes.clear();
+    d_Labels.Clear();
     d_Level = BallBarMeshes::Level(0);
 }
 
@@ -185,17 +128,7 @@ void TOpenGLDisplay::Define_Machine_Volume(const TVector3& minimum, const TVecto
     d_MachineMaximum = maximum;
     if (!d_VertexBuffers.Has_Buffer(d_MachineBuffer))
         d_MachineBuffer = d_VertexBuffers.Create_Buffer(72);
-    double* out = d_VertexBuffers.Buffer(d_MachineBuffer);
-    for (int corner = 0; corner < 8; ++corner) {
-        for (int axis = 1; axis < 8; axis *= 2) {
-            if (corner & axis)
-                continue;
-            for (const int end : {corner, corner | axis}) {
-                const TVector3 point = Box_Corner(minimum, maximum, end);
-                out = std::copy_n(&point.x, 3, out);
-            }
-        }
-    }
+    Write_Box_Edges(minimum, maximum, d_VertexBuffers.Buffer(d_MachineBuffer));
 
     const TVector3 diagonal = maximum - minimum;
     const double length = Length(diagonal);
@@ -238,23 +171,19 @@ void TOpenGLDisplay::GLInit()
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glEnable(GL_BLEND);
 
-    d_LitProgram = New_Program(LIT_VERTEX_SOURCE, LIT_FRAGMENT_SOURCE, this);
+    d_LitProgram = New_Program(OpenGLShaders::LIT_VERTEX, OpenGLShaders::LIT_FRAGMENT, this);
     d_LitColor = d_LitProgram->uniformLocation("color");
     d_LitSpecular = d_LitProgram->uniformLocation("specular");
     d_LitOffset = d_LitProgram->uniformLocation("offset");
     d_LitVertex = d_LitProgram->attributeLocation("vertex");
     d_LitNormal = d_LitProgram->attributeLocation("normal");
-    d_FlatProgram = New_Program(FLAT_VERTEX_SOURCE, FLAT_FRAGMENT_SOURCE, this);
+    d_FlatProgram = New_Program(OpenGLShaders::FLAT_VERTEX, OpenGLShaders::FLAT_FRAGMENT, this);
     d_FlatColor = d_FlatProgram->uniformLocation("color");
     d_FlatVertex = d_FlatProgram->attributeLocation("vertex");
 
     glClearColor(1.0F, 1.0F, 1.0F, 1.0F);
     Rotate_Model({1.0, 0.0, 0.0}, -1.31);
     Rotate_Model({0.0, 0.0, 1.0}, -0.26);
-}
-
-void TOpenGLDisplay::GLResize(int, int)
-{
 }
 
 void TOpenGLDisplay::GLRender()
@@ -338,39 +267,17 @@ void TOpenGLDisplay::Fit_Scene(const TTriad& triad)
 
 void TOpenGLDisplay::Render_Scene(TTriad* triad)
 {
-    using namespace BallBarMeshes;
-    // By first flag and selection.
-    static const TLook opaque_rod[2][2] = {{{{0.1, 0.1, 0.1}, 1.0, 0.1}, {{0.0, 0.0, 0.7}, 1.0, 0.1}},
-                                           {{{0.7, 0.0, 0.0}, 1.0, 0.1}, {{0.7, 0.0, 0.7}, 1.0, 0.1}}};
-    static const TLook opaque_spheres[2][2] = {{{{0.6, 0.6, 0.6}, 1.0, 0.3}, {{0.7, 0.7, 0.9}, 1.0, 0.3}},
-                                               {{{0.9, 0.7, 0.7}, 1.0, 0.3}, {{0.9, 0.7, 0.9}, 1.0, 0.3}}};
-    static const TLook see_through_rod[2][2] = {
-        {{{0.01, 0.01, 0.01}, 0.1, 0.1}, {{0.0, 0.0, 0.42}, 0.6, 0.1}},
-        {{{0.07, 0.0, 0.0}, 0.1, 0.1}, {{0.42, 0.0, 0.42}, 0.6, 0.1}}};
-    static const TLook see_through_spheres[2][2] = {
-        {{{0.06, 0.06, 0.06}, 0.1, 0.3}, {{0.42, 0.42, 0.54}, 0.6, 0.3}},
-        {{{0.09, 0.07, 0.07}, 0.1, 0.3}, {{0.54, 0.42, 0.54}, 0.6, 0.3}}};
-    static const TLook stems{{0.7, 0.7, 0.7}, 1.0, 0.2};
-    static const TLook rubies{{1.0, 0.0, 0.0}, 1.0, 0.25};
-
     d_LitProgram->bind();
     for (const TBallBar& bar : d_BallBars) {
-        if (!bar.second_flag) {
-            Render_Mesh(bar, ROD, opaque_rod[bar.first_flag][bar.selected]);
-            Render_Mesh(bar, SPHERES, opaque_spheres[bar.first_flag][bar.selected]);
-        }
-        if (bar.selected) {
-            Render_Mesh(bar, STEMS, stems);
-            Render_Mesh(bar, RUBIES, rubies);
-        }
+        if (!bar.second_flag)
+            Render_Bar(bar);
+        if (bar.selected)
+            Render_Probes(bar);
     }
     glDepthFunc(GL_ALWAYS);
-    for (const TBallBar& bar : d_BallBars) {
-        if (bar.second_flag) {
-            Render_Mesh(bar, ROD, see_through_rod[bar.first_flag][bar.selected]);
-            Render_Mesh(bar, SPHERES, see_through_spheres[bar.first_flag][bar.selected]);
-        }
-    }
+    for (const TBallBar& bar : d_BallBars)
+        if (bar.second_flag)
+            Render_Bar(bar);
     glDepthFunc(GL_LESS);
     d_LitProgram->release();
 
@@ -381,18 +288,41 @@ void TOpenGLDisplay::Render_Scene(TTriad* triad)
     d_FlatProgram->release();
 }
 
-// All labels go into one transparent image that is then drawn at once: the same picture as painting each on
-// the widget, several times as fast. Culling would take the image away, the painter leaves it on.
+void TOpenGLDisplay::Render_Bar(const TBallBar& bar)
+{
+    // By second flag, first flag and selection.
+    static const TLook rods[2][2][2] = {{{{{0.1, 0.1, 0.1}, 1.0, 0.1}, {{0.0, 0.0, 0.7}, 1.0, 0.1}},
+                                         {{{0.7, 0.0, 0.0}, 1.0, 0.1}, {{0.7, 0.0, 0.7}, 1.0, 0.1}}},
+                                        {{{{0.01, 0.01, 0.01}, 0.1, 0.1}, {{0.0, 0.0, 0.42}, 0.6, 0.1}},
+                                         {{{0.07, 0.0, 0.0}, 0.1, 0.1}, {{0.42, 0.0, 0.42}, 0.6, 0.1}}}};
+    static const TLook spheres[2][2][2] = {
+        {{{{0.6, 0.6, 0.6}, 1.0, 0.3}, {{0.7, 0.7, 0.9}, 1.0, 0.3}},
+         {{{0.9, 0.7, 0.7}, 1.0, 0.3}, {{0.9, 0.7, 0.9}, 1.0, 0.3}}},
+        {{{{0.06, 0.06, 0.06}, 0.1, 0.3}, {{0.42, 0.42, 0.54}, 0.6, 0.3}},
+         {{{0.09, 0.07, 0.07}, 0.1, 0.3}, {{0.54, 0.42, 0.54}, 0.6, 0.3}}}};
+    Render_Mesh(bar, BallBarMeshes::ROD, rods[bar.second_flag][bar.first_flag][bar.selected]);
+    Render_Mesh(bar, BallBarMeshes::SPHERES, spheres[bar.second_flag][bar.first_flag][bar.selected]);
+}
+
+void TOpenGLDisplay::Render_Probes(const TBallBar& bar)
+{
+    static const TLook stems{{0.7, 0.7, 0.7}, 1.0, 0.2};
+    static const TLook rubies{{1.0, 0.0, 0.0}, 1.0, 0.25};
+    Render_Mesh(bar, BallBarMeshes::STEMS, stems);
+    Render_Mesh(bar, BallBarMeshes::RUBIES, rubies);
+}
+
+// Culling would take the image away, and the painter leaves it on.
 void TOpenGLDisplay::Render_Labels(const TTriad& triad)
 {
     const TCamera camera = Read_Camera();
     if (!camera.Has_Pixels())
         return;
-    Paint_Label_Image(triad, camera);
+    const QImage& labels = d_Labels.Paint(camera, triad.anchors, font(), devicePixelRatioF());
     glPushAttrib(GL_ALL_ATTRIB_BITS);
     glDisable(GL_CULL_FACE);
     QPainter painter(this);
-    painter.drawImage(0, 0, d_LabelImage);
+    painter.drawImage(0, 0, labels);
     painter.end();
     glPopAttrib();
 }
@@ -449,49 +379,4 @@ void TOpenGLDisplay::Render_Flat(GLenum mode, unsigned int size, const TVector3&
     glEnableVertexAttribArray(vertex);
     glDrawArrays(mode, 0, static_cast<GLsizei>(size / 3));
     glDisableVertexAttribArray(vertex);
-}
-
-void TOpenGLDisplay::Paint_Label_Image(const TTriad& triad, const TCamera& camera)
-{
-    Measure_Labels();
-    const QSize size(camera.viewport[2], camera.viewport[3]);
-    if (d_LabelImage.size() != size)
-        d_LabelImage = QImage(size, QImage::Format_ARGB32_Premultiplied);
-    const double ratio = devicePixelRatioF();
-    d_LabelImage.setDevicePixelRatio(ratio);
-    d_LabelImage.fill(Qt::transparent);
-    QPainter painter(&d_LabelImage);
-    painter.setFont(d_LabelFont);
-    painter.setPen(Qt::black);
-
-    const auto pixel = [&camera, ratio](const TVector3& point) {
-        QPoint position;
-        camera.Raster_Position(point, &position.rx(), &position.ry());
-        return position / ratio;
-    };
-    const QString letters[] = {QStringLiteral("X"), QStringLiteral("Y"), QStringLiteral("Z")};
-    for (int axis = 0; axis < 3; ++axis)
-        painter.drawText(pixel(triad.anchors[axis]), letters[axis]);
-
-    const QRect visible = rect();
-    const QColor background(224, 224, 224, 160);
-    for (size_t i = 0; i < d_BallBars.size(); ++i) {
-        const QRect label(pixel(d_BallBars[i].label) - QPoint(1, 1), d_LabelSizes[i] + QSize(3, 3));
-        if (!visible.intersects(label))
-            continue;
-        painter.fillRect(label, background);
-        painter.drawText(label, Qt::AlignHCenter | Qt::AlignVCenter, d_BallBars[i].name);
-    }
-}
-
-// Measures the names that are new since the last paint, or all when the font has changed.
-void TOpenGLDisplay::Measure_Labels()
-{
-    if (d_LabelFont != font()) {
-        d_LabelFont = font();
-        d_LabelSizes.clear();
-    }
-    const QFontMetrics metrics(d_LabelFont, this);
-    for (size_t i = d_LabelSizes.size(); i < d_BallBars.size(); ++i)
-        d_LabelSizes.push_back(metrics.size(0, d_BallBars[i].name));
 }

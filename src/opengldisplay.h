@@ -2,13 +2,11 @@
 #pragma once
 
 #include "ballbarmeshes.h"
+#include "labellayer.h"
 #include "openglgeometryfactory.h"
 #include "openglvertexbuffer.h"
 #include "openglwidget.h"
 
-#include <QFont>
-#include <QImage>
-#include <QSize>
 #include <QString>
 
 #include <vector>
@@ -66,7 +64,7 @@ protected:
     };
 
     void GLInit() override;
-    void GLResize(int width, int height) override;
+    void GLResize(int /*width*/, int /*height*/) override {}
     void GLRender() override;
 
     /// Draw `size` doubles as triangles; the lit program must be bound. Colours run from 0 to 1.
@@ -106,13 +104,11 @@ private:
     void Create_Meshes(TBallBar* bar);
     void Remove_Meshes();
     int Store(int size, const double* values);
+    void Render_Bar(const TBallBar& bar);
+    void Render_Probes(const TBallBar& bar);
     void Render_Mesh(const TBallBar& bar, int slot, const TLook& look);
     void Render_Flat(GLenum mode, unsigned int size, const TVector3& color, double* vertices);
-    void Paint_Label_Image(const TTriad& triad, const TCamera& camera);
-    void Measure_Labels();
 
     int d_Level;
-    std::vector<QSize> d_LabelSizes; ///< of the bars' names in d_LabelFont
-    QFont d_LabelFont;
-    QImage d_LabelImage;
+    TLabelLayer d_Labels;
 };
