@@ -1,37 +1,26 @@
 // SPDX-License-Identifier: MIT
-// The time of a frame against a bare loop that draws the same arrays by the same calls and nothing else, with
-// and without the labels. Both take turns, frame by frame, in one run; medians are compared.
+// The time of a frame, in ms, against a bare loop that draws the same arrays by the same calls and nothing
+// else, with and without the labels.
 #include "opengldisplay.h"
+#include "ratio.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QOpenGLShaderProgram>
 #include <QPainter>
 #include <QSurfaceFormat>
 
-#include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstdio>
 
 namespace
 {
-
-enum TWay
-{
-    OURS,
-    BARE,
-    OURS_WITH_LABELS,
-    BARE_WITH_LABELS,
-    WAY_COUNT
-};
 
 class TBenchDisplay : public TOpenGLDisplay
 {
 public:
     void Fill(int count);
-    double Median(TWay way);
-    void Measure(int rounds);
+    /// Fits the view and runs the measurements in its paint, where the context is ready.
+    void Measure(const std::function<void()>& measurements);
+    void Compare(const char* heading);
 
 protected:
     void paintGL() override;
@@ -44,21 +33,15 @@ private:
         double* normals;
         bool spheres;
     };
-    struct TLabel
-    {
-        QRect rect;
-        QString name;
-    };
 
+    TComparison Compare_Frames(const std::function<void()>& ours, const std::function<void()>& reference);
     void Prepare();
     void Draw_Bare();
     void Draw_Bare_Labels();
 
-    TWay d_Way{OURS};
-    bool d_Painted{false};
-    std::array<std::vector<double>, WAY_COUNT> d_Times;
+    std::function<void()> d_Measurements;
     std::vector<TArray> d_Arrays;
-    std::vector<TLabel> d_Labels;
+    std::vector<QRect> d_Labels;
     QImage d_Image;
 };
 
@@ -78,75 +61,75 @@ void TBenchDisplay::Fill(int count)
         bar.probe = {0, 0, -100};
         Add_BallBar(bar);
     }
+}
+
+void TBenchDisplay::Measure(const std::function<void()>& measurements)
+{
     d_FitRequested = true;
-    d_Arrays.clear();
-    for (auto& times : d_Times)
-        times.clear();
-}
-
-double TBenchDisplay::Median(TWay way)
-{
-    auto times = d_Times[way];
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
-
-void TBenchDisplay::Measure(int rounds)
-{
-    for (int round = -2; round < rounds; ++round) { // the first two warm up
-        for (int way = 0; way < WAY_COUNT; ++way) {
-            d_Way = static_cast<TWay>(way);
-            d_Painted = false;
-            update();
-            while (!d_Painted)
-                QApplication::processEvents();
-            if (round < 0)
-                d_Times[d_Way].clear();
-        }
-    }
+    d_Measurements = measurements;
+    update();
+    while (d_Measurements)
+        QApplication::processEvents();
 }
 
 void TBenchDisplay::paintGL()
 {
-    if (d_FitRequested)
-        TOpenGLDisplay::paintGL();
-    if (d_Arrays.empty())
-        Prepare();
-    glFinish();
-    QElapsedTimer timer;
-    timer.start();
-    if (d_Way == OURS_WITH_LABELS) {
-        GLRender();
-    } else {
-        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-        if (d_Way == OURS) {
-            TTriad triad = Triad();
-            Render_Scene(&triad);
-        } else {
-            Draw_Bare();
-        }
-        if (d_Way == BARE_WITH_LABELS)
-            Draw_Bare_Labels();
-    }
-    glFinish();
-    d_Times[d_Way].push_back(static_cast<double>(timer.nsecsElapsed()) * 1e-6);
-    d_Painted = true;
+    TOpenGLDisplay::paintGL();
+    if (d_Measurements)
+        d_Measurements();
+    d_Measurements = nullptr;
+}
+
+TComparison TBenchDisplay::Compare_Frames(const std::function<void()>& ours,
+                                          const std::function<void()>& reference)
+{
+    const auto frame = [this](const std::function<void()>& draw) {
+        return [this, draw] {
+            draw();
+            glFinish();
+        };
+    };
+    return TComparison(d_BallBars.size() > 1000 ? 9 : 25, frame(ours), frame(reference));
+}
+
+void TBenchDisplay::Compare(const char* heading)
+{
+    Prepare();
+    const auto clear = [this] { glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT); };
+    const auto scene = [&] {
+        clear();
+        TTriad triad = Triad();
+        Render_Scene(&triad);
+    };
+    const auto bare = [&] {
+        clear();
+        Draw_Bare();
+    };
+    const auto bare_with_labels = [&] {
+        bare();
+        Draw_Bare_Labels();
+    };
+    const TComparison plain = Compare_Frames(scene, bare);
+    Print_Ratio(heading, plain.ours * 1e3, plain.reference * 1e3, 1.15);
+    const TComparison labelled = Compare_Frames([this] { GLRender(); }, bare_with_labels);
+    Print_Ratio("  with labels", labelled.ours * 1e3, labelled.reference * 1e3, 1.1);
+    if (d_BallBars.size() == 50)
+        Print_Ratio("  against 60 frames a second", labelled.ours * 1e3, 1e3 / 60, 1.0);
 }
 
 void TBenchDisplay::Prepare()
 {
-    for (const TBallBar& bar : d_BallBars)
+    d_Arrays.clear();
+    d_Labels.clear();
+    const TCamera camera = Read_Camera();
+    for (const TBallBar& bar : d_BallBars) {
         for (const int k : {0, 1})
             d_Arrays.push_back({static_cast<unsigned int>(d_VertexBuffers.Buffer_Size(bar.buffers[k])),
                                 d_VertexBuffers.Buffer(bar.buffers[k]),
                                 d_VertexBuffers.Buffer(bar.buffers[k + 2]), k == 1});
-    d_Labels.clear();
-    const TCamera camera = Read_Camera();
-    for (const TBallBar& bar : d_BallBars) {
         QPoint pixel;
         camera.Raster_Position(bar.label, &pixel.rx(), &pixel.ry());
-        d_Labels.push_back(
-            {QRect(pixel - QPoint(1, 1), QFontMetrics(font()).size(0, bar.name) + QSize(3, 3)), bar.name});
+        d_Labels.emplace_back(pixel - QPoint(1, 1), QFontMetrics(font()).size(0, bar.name) + QSize(3, 3));
     }
     d_Image = QImage(camera.viewport[2], camera.viewport[3], QImage::Format_ARGB32_Premultiplied);
 }
@@ -178,9 +161,9 @@ void TBenchDisplay::Draw_Bare_Labels()
     QPainter labels(&d_Image);
     labels.setFont(font());
     labels.setPen(Qt::black);
-    for (const TLabel& label : d_Labels) {
-        labels.fillRect(label.rect, QColor(224, 224, 224, 160));
-        labels.drawText(label.rect, Qt::AlignHCenter | Qt::AlignVCenter, label.name);
+    for (size_t i = 0; i < d_Labels.size(); ++i) {
+        labels.fillRect(d_Labels[i], QColor(224, 224, 224, 160));
+        labels.drawText(d_Labels[i], Qt::AlignHCenter | Qt::AlignVCenter, d_BallBars[i].name);
     }
     labels.end();
     glPushAttrib(GL_ALL_ATTRIB_BITS);
@@ -199,16 +182,11 @@ int main(int argc, char* argv[])
     QApplication application(argc, argv);
     TBenchDisplay view;
     view.resize(1000, 700);
+    view.show();
+    Print_Heading("frame ms", "bare loop ms");
     for (const int count : {50, 100, 1000, 5000}) {
         view.Fill(count);
-        view.show();
-        view.Measure(count > 1000 ? 9 : 25);
-        for (const TWay way : {OURS, OURS_WITH_LABELS}) {
-            const double ours = view.Median(way);
-            const double bare = view.Median(way == OURS ? BARE : BARE_WITH_LABELS);
-            std::printf("view3d/%d%s  %.2f  %.2f  %.3f\n", count, way == OURS ? "" : "/labels", ours, bare,
-                        ours / bare);
-        }
+        view.Measure([&] { view.Compare(qPrintable(QStringLiteral("view3d/%1").arg(count))); });
     }
     return 0;
 }
