@@ -1,23 +1,28 @@
 // SPDX-License-Identifier: MIT
+// The 3-D view, its camera and its clicks, by real events and pixels.
 #include "opengldisplay.h"
 #include "view_helpers.h"
 
 #include <QImage>
-#include <QVector3D>
+#include <QRubberBand>
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
-#include <map>
 
 namespace
 {
+
+const TVector3 CENTER(15, 10, 10);
+constexpr double RADIUS = 6.0;
+constexpr double FLOAT = 1e-6; // the driver keeps its matrices in single precision
 
 class TTestDisplay : public TOpenGLDisplay
 {
 public:
     using TOpenGLDisplay::d_BallBars;
     using TOpenGLDisplay::d_MachineBuffer;
+    using TOpenGLDisplay::d_RotationCenter;
+    using TOpenGLDisplay::d_RubberBand;
     using TOpenGLDisplay::d_SelectionItems;
     using TOpenGLDisplay::d_TriadOrigin;
     using TOpenGLDisplay::d_TriadSize;
@@ -27,6 +32,19 @@ public:
     {
         makeCurrent();
         return Read_Camera();
+    }
+    double Pixel_Size() { return 2.0 / (Camera().projection(0) * Camera().viewport[2]); }
+    /// The nearest point to the viewer on a unit sphere or, with an axis, on a cylinder about it.
+    TVector3 Front(const TVector3& axis = {})
+    {
+        const TVector3 sight = Camera().model * TVector3(0, 0, 1);
+        return (sight - (sight ^ axis) * axis).Normal();
+    }
+    void Add(int index, const TVector3& sphere1, const TVector3& sphere2, bool first_flag = false,
+             bool second_flag = false, const QString& name = QStringLiteral("bar"))
+    {
+        Add_BallBar({index, name, first_flag, false, second_flag, sphere1, sphere2,
+                     BallBarMeshes::Label_Position(sphere1, sphere2), TVector3(0, 0, -8)});
     }
     int errors{0};
 
@@ -38,73 +56,50 @@ protected:
     }
 };
 
-TOpenGLDisplay::TBallBar Bar(int index, const TVector3& sphere1, const TVector3& sphere2,
-                             bool first_flag = false, bool second_flag = false)
-{
-    TOpenGLDisplay::TBallBar bar;
-    bar.index = index;
-    bar.name = QStringLiteral("bar");
-    bar.first_flag = first_flag;
-    bar.second_flag = second_flag;
-    bar.sphere1 = sphere1;
-    bar.sphere2 = sphere2;
-    bar.label = BallBarMeshes::Label_Position(sphere1, sphere2);
-    bar.probe = {0, 0, -8};
-    return bar;
-}
-
 class OpenGLDisplay : public testing::Test
 {
 protected:
     void SetUp() override
     {
         view.resize(600, 400);
-        view.Define_Machine_Volume({0, 0, 0}, {40, 30, 20}); // small, so that a rod is many pixels wide
+        view.Define_Machine_Volume({0, 0, 0}, {30, 20, 20}); // small, so that a rod is many pixels wide
+        view.Add(3, CENTER, CENTER);                         // a lone sphere
         Show(&view, &view);
+        QObject::connect(&view, &TOpenGLWidget::Model_Click_Point, &view,
+                         [this](const double& x, const double& y, const double& z, int item) {
+                             points.append({x, y, z});
+                             items.append(item);
+                         });
     }
-    void TearDown() override { EXPECT_EQ(view.errors, 0); }
-    QImage Picture(bool fit = false)
+    void TearDown() override
     {
-        view.d_FitRequested = fit;
         Paint(&view);
+        EXPECT_EQ(view.errors, 0);
+    }
+    QImage Fitted_Picture()
+    {
+        Fit(&view);
         return view.grabFramebuffer();
     }
-    QPoint Pixel(const TVector3& point)
-    {
-        QPoint pixel;
-        view.Point_Raster_Position(&pixel.rx(), &pixel.ry(), point);
-        return pixel;
-    }
-    /// The nearest point to the viewer of a sphere or, with an axis, of a cylinder about that point.
-    TVector3 Front_Normal(const TVector3& axis = {})
-    {
-        const TVector3 sight = view.Camera().model * TVector3(0, 0, 1);
-        TVector3 normal = sight - (sight ^ axis) * axis;
-        return normal.Normal();
-    }
-    /// The colour the lights give a surface of that normal on a white background.
-    QVector3D Shade(const TVector3& color, double alpha, double specular, const TVector3& normal)
+    /// The colour in the picture, less the one the lights give a surface of that normal on white.
+    TVector3 Colour_Error(const QColor& pixel, const TVector3& color, double alpha, double specular,
+                          const TVector3& normal)
     {
         const TMat4 model = view.Camera().model;
         const double angle = std::max(normal ^ (model * TVector3(0, 1, 0)), 0.0);
         const double highlight = std::max(normal ^ (model * TVector3(0, 0.707107, 0.707107)), 0.0) * specular;
-        const auto channel = [&](double c) {
-            return 255.0 * (alpha * std::min(c * (0.8 + 0.1 * angle) + highlight, 1.0) + 1.0 - alpha);
-        };
-        return QVector3D(static_cast<float>(channel(color.x)), static_cast<float>(channel(color.y)),
-                         static_cast<float>(channel(color.z)));
+        TVector3 error(pixel.red(), pixel.green(), pixel.blue());
+        for (int i = 0; i < 3; ++i)
+            error(i) -= 255 * (alpha * std::min(color(i) * (0.8 + 0.1 * angle) + highlight, 1.0) + 1 - alpha);
+        return error;
     }
 
     TTestDisplay view;
+    QVector<TVector3> points;
+    QVector<int> items;
 };
 
-QVector3D Color(QRgb rgb)
-{
-    return QVector3D(static_cast<float>(qRed(rgb)), static_cast<float>(qGreen(rgb)),
-                     static_cast<float>(qBlue(rgb)));
-}
-
-int Count(const QImage& image, const std::function<bool(QRgb)>& matches)
+template<typename TMatches> int Count(const QImage& image, TMatches matches)
 {
     int count = 0;
     for (int y = 0; y < image.height(); ++y)
@@ -113,12 +108,161 @@ int Count(const QImage& image, const std::function<bool(QRgb)>& matches)
     return count;
 }
 
-bool Is_Pure_Red(QRgb rgb)
+bool Are_Equal(const TMat4& a, const TMat4& b)
 {
-    return qRed(rgb) > 150 && qGreen(rgb) < 80 && qBlue(rgb) < 80;
+    return std::equal(a.Data(), a.Data() + 16, b.Data());
+}
+
+TSelectionItem Item(int kind, const TVector3& a, const TVector3& b, double direction = 0)
+{
+    return {a, b, {direction, 0, 0}, {0, direction, 0}, {0, 0, direction}, 0, kind};
 }
 
 } // namespace
+
+TEST_F(OpenGLDisplay, FirstPaintFitsAndResizingDoesNot)
+{
+    EXPECT_TRUE(view.d_PanMode && !view.d_Rotate2dMode && !view.d_Rotate3dMode && !view.d_FitRequested);
+    view.Add(0, {-400, 0, 0}, {100, 500, 50}); // leaves the machine's volume
+    Fit(&view);
+    for (const TVector3& end : {TVector3(-400, 0, 0), {100, 500, 50}, view.d_TriadOrigin})
+        EXPECT_TRUE(view.rect().contains(Pixel(&view, end).toPoint()));
+    const double scale = view.Camera().projection(5);
+    view.resize(500, 400);
+    Paint(&view);
+    EXPECT_EQ(view.Camera().projection(5), scale);
+    EXPECT_NEAR(view.Camera().projection(0), scale * 400 / 500, FLOAT);
+}
+
+TEST_F(OpenGLDisplay, ClicksReportThePointOnTheSurface)
+{
+    for (const QSize& size : {QSize(600, 400), QSize(601, 403)}) {
+        view.resize(size);
+        Fit(&view);
+        const double reach = 0.7 * RADIUS / view.Pixel_Size();
+        for (const double angle : {0.0, 1.0, 2.5, 4.0, 5.5}) {
+            Click(&view, Pixel(&view, CENTER) + reach * QPointF(std::cos(angle), std::sin(angle)));
+            EXPECT_NEAR(Length(points.last() - CENTER), RADIUS, 1.5 * view.Pixel_Size());
+        }
+    }
+    EXPECT_EQ(items, QVector<int>(10, -1));                              // drawn, but no item has a length
+    for (const QPointF& silent : {QPointF(1, 200), {200, 0}, {200, -7}}) // background, top row, beyond it
+        Click(&view, silent);
+    EXPECT_EQ(items.size(), 10);
+    // Just beside the sphere the depth of what is near counts.
+    Click(&view, Pixel(&view, CENTER) + QPointF(RADIUS / view.Pixel_Size() + 6, 0));
+    EXPECT_EQ(items.size(), 11);
+    for (const auto& [x, y] : {std::pair{0, 0}, {600, 402}}) // the block around is moved inside
+        EXPECT_EQ(view.Get_GLPixel_Depth(static_cast<short>(x), static_cast<short>(y)), 1.0);
+    EXPECT_DEATH(view.Get_GLPixel_Depth(601, 0), "XPixel < viewport\\[2\\]");
+    EXPECT_DEATH(view.Get_GLPixel_Depth(0, 403), "YPixel < viewport\\[3\\]");
+    EXPECT_DEATH(view.Get_GLPixel_Depth(-1, 0), "XPixel >= 0");
+    EXPECT_DEATH(view.Get_GLPixel_Depth(0, -1), "YPixel >= 0");
+}
+
+TEST_F(OpenGLDisplay, WheelAndRightClickZoom)
+{
+    const auto expect = [this](double factor, const auto& zoom) {
+        const TMat4 before = view.Camera().projection;
+        zoom();
+        for (const int i : {0, 5, 10, 12, 13, 14})
+            EXPECT_NEAR(view.Camera().projection(i), before(i) * factor, FLOAT) << factor;
+    };
+    for (const auto& [delta, factor] : {std::pair{120, 1 / 0.95}, {1, 1 / 0.95}, {0, 1.0}, {-960, 0.95}})
+        expect(factor, [this, step = delta] { Wheel(&view, step); });
+    for (const auto& [y, factor] : {std::pair{400, 1.5}, {0, 0.5}, {300, 1.25}, {200, 1.0}, {-200, 1.0}})
+        expect(factor, [this, row = y] { // a tremble of one pixel is still a click
+            Drag(&view, Qt::RightButton, {QPointF(9, row), QPointF(10, row)});
+        });
+}
+
+TEST_F(OpenGLDisplay, RightDragModes)
+{
+    const auto shift = Qt::ShiftModifier;
+    const auto control = Qt::ControlModifier;
+    const QVector<QPointF> path{{400, 250}, {400, 270}, {390, 300}};
+    const struct
+    {
+        bool rotate_2d, rotate_3d;
+        Qt::KeyboardModifiers modifiers;
+        char effect; ///< pan, turn, roll or none
+        QVector<QPointF> path;
+    } rows[] = {{false, false, {}, 'P', path},
+                {false, false, shift, 'R', path},
+                {false, false, control, 'T', path},
+                {false, false, shift | control, 'T', path},
+                {true, false, {}, 'R', path},
+                {true, false, control, 'T', path},
+                {false, true, {}, 'T', path},
+                {false, true, shift, 'T', path},
+                // Through the middle nothing turns, but it was no click either.
+                {true, false, {}, '-', {{302, 200}, {298, 200}}}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(&row - rows);
+        Fit(&view);
+        view.d_Rotate2dMode = row.rotate_2d;
+        view.d_Rotate3dMode = row.rotate_3d;
+        const TCamera before = view.Camera();
+        Drag(&view, Qt::RightButton, row.path, row.modifiers);
+        const TCamera after = view.Camera();
+        view.d_Rotate2dMode = view.d_Rotate3dMode = false;
+        EXPECT_EQ(after.projection(0), before.projection(0)); // it was no click
+        EXPECT_EQ(Are_Equal(after.model, before.model), row.effect == 'P' || row.effect == '-');
+        // The line of sight keeps its place in the model only when the turn is about it.
+        const TVector3 sight = after.model * TVector3(0, 0, 1) - before.model * TVector3(0, 0, 1);
+        EXPECT_EQ(Length(sight) > 1e-6, row.effect == 'T');
+        if (row.effect == 'P') {
+            EXPECT_NEAR(after.projection(12) - before.projection(12), -10.0 / 300, FLOAT);
+            EXPECT_NEAR(after.projection(13) - before.projection(13), -50.0 / 200, FLOAT);
+        } else if (row.effect != '-') { // the surface point that was in the middle stays there
+            const TVector3 center = view.d_RotationCenter * -1.0;
+            EXPECT_NEAR(Length(center - CENTER), RADIUS, 3 * view.Pixel_Size());
+            EXPECT_LT(QLineF(Pixel(&view, center), {300, 200}).length(), 1.5);
+        }
+    }
+}
+
+TEST_F(OpenGLDisplay, RubberBandZooms)
+{
+    const double before = view.Camera().projection(5);
+    Send_Mouse(&view, QEvent::MouseButtonPress, {160, 120}, Qt::LeftButton, Qt::LeftButton);
+    // Both buttons at once are no drag.
+    Send_Mouse(&view, QEvent::MouseMove, {190, 190}, Qt::NoButton, Qt::LeftButton | Qt::RightButton);
+    EXPECT_EQ(view.d_RubberBand, nullptr);
+    for (const QPointF& corner : {QPointF(170, 130), {240, 180}})
+        Send_Mouse(&view, QEvent::MouseMove, corner, Qt::NoButton, Qt::LeftButton);
+    ASSERT_NE(view.d_RubberBand, nullptr);
+    EXPECT_TRUE(view.d_RubberBand->isVisible());
+    EXPECT_EQ(view.d_RubberBand->geometry(), QRect(QPoint(160, 120), QPoint(240, 180)));
+    Send_Mouse(&view, QEvent::MouseButtonRelease, {240, 180}, Qt::LeftButton, Qt::NoButton);
+    EXPECT_FALSE(view.d_RubberBand->isVisible());
+    Drag(&view, Qt::LeftButton, {{10, 10}, {30, 10}, {60, 10}});        // no height: nothing to zoom to
+    EXPECT_NEAR(view.Camera().projection(5), before * 400 / 80, FLOAT); // 80 pixels fill the height
+    EXPECT_TRUE(items.isEmpty());
+}
+
+TEST_F(OpenGLDisplay, MovingToAnotherWindowKeepsTheViewAlive)
+{
+    const QImage fitted = view.grabFramebuffer();
+    QWidget window;
+    window.resize(600, 400);
+    Wheel(&view, 120);
+    view.d_Rotate3dMode = true;
+    view.d_PanMode = false;
+    view.setParent(&window);
+    Wheel(&view, 120); // there is no context now
+    view.Set_Selection(1);
+    view.Clear_BallBars();
+    view.Add(3, CENTER, CENTER);
+    view.show();
+    Show(&window, &view);
+    EXPECT_TRUE(view.d_Rotate3dMode && !view.d_PanMode); // the owner's buttons still say so
+    EXPECT_EQ(view.grabFramebuffer(), fitted);
+    Click(&view, Pixel(&view, CENTER));
+    EXPECT_EQ(items.size(), 1);
+    view.setParent(nullptr);
+    Show(&view, &view);
+}
 
 TEST_F(OpenGLDisplay, ColoursOfEveryState)
 {
@@ -127,192 +271,169 @@ TEST_F(OpenGLDisplay, ColoursOfEveryState)
         bool first, second, selected;
         TVector3 rod, spheres;
         double alpha;
-    } rows[] = {
-        {false, false, false, {0.1, 0.1, 0.1}, {0.6, 0.6, 0.6}, 1.0},
-        {false, false, true, {0, 0, 0.7}, {0.7, 0.7, 0.9}, 1.0},
-        {true, false, false, {0.7, 0, 0}, {0.9, 0.7, 0.7}, 1.0},
-        {true, false, true, {0.7, 0, 0.7}, {0.9, 0.7, 0.9}, 1.0},
-        {false, true, false, {0.01, 0.01, 0.01}, {0.06, 0.06, 0.06}, 0.1},
-        {false, true, true, {0, 0, 0.42}, {0.42, 0.42, 0.54}, 0.6},
-        {true, true, false, {0.07, 0, 0}, {0.09, 0.07, 0.07}, 0.1},
-        {true, true, true, {0.42, 0, 0.42}, {0.54, 0.42, 0.54}, 0.6},
-    };
-    const TVector3 sphere1(5, 15, 10);
-    const TVector3 sphere2(35, 15, 10);
+    } rows[] = {{false, false, false, {0.1, 0.1, 0.1}, {0.6, 0.6, 0.6}, 1.0},
+                {false, false, true, {0, 0, 0.7}, {0.7, 0.7, 0.9}, 1.0},
+                {true, false, false, {0.7, 0, 0}, {0.9, 0.7, 0.7}, 1.0},
+                {true, false, true, {0.7, 0, 0.7}, {0.9, 0.7, 0.9}, 1.0},
+                {false, true, false, {0.01, 0.01, 0.01}, {0.06, 0.06, 0.06}, 0.1},
+                {false, true, true, {0, 0, 0.42}, {0.42, 0.42, 0.54}, 0.6},
+                {true, true, false, {0.07, 0, 0}, {0.09, 0.07, 0.07}, 0.1},
+                {true, true, true, {0.42, 0, 0.42}, {0.54, 0.42, 0.54}, 0.6}};
+    const TVector3 half(15, 0, 0);
     for (const auto& row : rows) {
-        SCOPED_TRACE(std::to_string(&row - rows));
+        SCOPED_TRACE(&row - rows);
         view.Clear_BallBars();
-        view.Add_BallBar(Bar(3, sphere1, sphere2, row.first, row.second));
+        view.Add(3, CENTER - half, CENTER + half, row.first, row.second);
         view.Set_Selection(row.selected ? 3 : 4);
-        const QImage picture = Picture(true);
-        const double radius = BallBarMeshes::Sphere_Radius(30);
-        TVector3 on_sphere = Front_Normal() - TVector3(0.7, 0, 0); // beside the rod's end inside
+        const QImage picture = Fitted_Picture();
+        const auto color = [&](const TVector3& p) { return picture.pixelColor(Pixel(&view, p).toPoint()); };
+        TVector3 on_sphere = view.Front() - TVector3(0.7, 0, 0); // beside the rod's end inside
         on_sphere.Normal();
-        const TVector3 on_rod = Front_Normal({1, 0, 0});
-        const QVector3D sphere = Color(picture.pixel(Pixel(sphere1 + radius * on_sphere)));
-        const QVector3D rod = Color(picture.pixel(Pixel((sphere1 + sphere2) / 2.0 + 0.5 * radius * on_rod)));
-        EXPECT_LT((sphere - Shade(row.spheres, row.alpha, 0.3, on_sphere)).length(), 6);
-        EXPECT_LT((rod - Shade(row.rod, row.alpha, 0.1, on_rod)).length(), 6);
+        const TVector3 on_rod = view.Front({1, 0, 0});
+        const TVector3 sphere =
+            Colour_Error(color(CENTER - half + RADIUS * on_sphere), row.spheres, row.alpha, 0.3, on_sphere);
+        const TVector3 rod =
+            Colour_Error(color(CENTER + RADIUS / 2 * on_rod), row.rod, row.alpha, 0.1, on_rod);
+        EXPECT_LT(Length(sphere), 6);
+        EXPECT_LT(Length(rod), 6);
         // The probe shows on the selected bar alone, opaque in either case.
-        EXPECT_EQ(Count(picture, Is_Pure_Red) > 8, row.selected || (row.first && !row.second));
+        const int red = Count(picture, [](QColor c) { return c.red() > 150 && c.green() + c.blue() < 130; });
+        EXPECT_EQ(red > 8, row.selected || (row.first && !row.second));
     }
 }
 
 TEST_F(OpenGLDisplay, SeeThroughBarsAreOnTopOfAll)
 {
-    // Two crossing rods, the second one behind the first.
-    const TVector3 crossing(20, 15, 10);
-    const TVector3 behind = (view.Camera().model * TVector3(0, 0, -1)) * 8.0;
+    // Two crossing rods, the first one behind the second; and what a click reports was drawn last.
+    const TVector3 behind = view.Front() * -8.0;
     for (const bool see_through : {false, true}) {
         view.Clear_BallBars();
-        view.Add_BallBar(Bar(0, crossing + behind - TVector3(0, 0, 70),
-                             crossing + behind + TVector3(0, 0, 70), true, see_through));
-        view.Add_BallBar(Bar(1, crossing - TVector3(15, 0, 0), crossing + TVector3(15, 0, 0)));
-        const QRgb pixel = Picture(true).pixel(Pixel(crossing));
-        const QVector3D front = Shade({0.1, 0.1, 0.1}, 1.0, 0.1, Front_Normal({1, 0, 0}));
-        if (see_through) { // a tenth of the see-through bar's red over the dark rod
-            EXPECT_NEAR(qRed(pixel) - qGreen(pixel), 0.1 * 0.07 * 0.8 * 255, 2.0);
-            EXPECT_LT(qRed(pixel), front.x() + 5);
-            EXPECT_GE(qRed(pixel), qGreen(pixel));
-        } else {
-            EXPECT_LT((Color(pixel) - front).length(), 6);
-        }
-        // What a click there reports is what was drawn last.
-        QVector<int> items;
-        const auto connection =
-            QObject::connect(&view, &TOpenGLWidget::Model_Click_Point, &view,
-                             [&items](double, double, double, int item) { items.append(item); });
-        Click(&view, Qt::LeftButton, Pixel(crossing));
-        QObject::disconnect(connection);
+        view.Add(0, CENTER + behind - TVector3(0, 0, 70), CENTER + behind + TVector3(0, 0, 70), true,
+                 see_through);
+        view.Add(1, CENTER - TVector3(15, 0, 0), CENTER + TVector3(15, 0, 0));
+        const QColor pixel = Fitted_Picture().pixelColor(Pixel(&view, CENTER).toPoint());
+        // A tenth of the see-through bar's red over the dark rod, or the dark rod alone.
+        EXPECT_NEAR(pixel.red() - pixel.green(), see_through ? 1.5 : 0.0, 1.0);
+        const double error = Colour_Error(pixel, {0.1, 0.1, 0.1}, 1.0, 0.1, view.Front({1, 0, 0})).x;
+        EXPECT_NEAR(error, 0.0, see_through ? 12.0 : 4.0);
+        items.clear();
+        Click(&view, Pixel(&view, CENTER));
         EXPECT_EQ(items, QVector<int>{see_through ? 0 : 1});
     }
 }
 
 TEST_F(OpenGLDisplay, EveryBarCarriesItsLabel)
 {
-    for (int i = 0; i < 4; ++i) {
-        const double y = 12.0 * i;
-        view.Add_BallBar(Bar(i, {0, y, 0}, {40, y, 0}, false, i % 2 == 1));
-    }
-    const QImage picture = Picture(true);
+    view.Clear_BallBars();
+    for (int i = 0; i < 4; ++i)
+        view.Add(i, {0, 12.0 * i, 0}, {40, 12.0 * i, 0}, false, i % 2 == 1);
+    const QImage picture = Fitted_Picture();
     for (const auto& bar : view.d_BallBars) {
-        const QPoint corner = Pixel(bar.label) - QPoint(1, 1);
-        EXPECT_EQ(picture.pixelColor(corner), QColor(236, 236, 236))
-            << bar.index; // 224 at 160/255 over white
+        const QPoint corner = Pixel(&view, bar.label).toPoint() - QPoint(1, 1);
         const QRect label(corner, QFontMetrics(view.font()).size(0, bar.name) + QSize(3, 3));
-        EXPECT_GT(Count(picture.copy(label), [](QRgb rgb) { return qGray(rgb) < 100; }), 5); // its letters
+        for (const QPoint& p : {label.topLeft(), label.bottomRight()})
+            EXPECT_EQ(picture.pixelColor(p), QColor(236, 236, 236)); // 224 at 160/255 over white
+        EXPECT_GT(Count(picture.copy(label), [](QColor c) { return c.lightness() < 100; }), 5); // letters
     }
-    EXPECT_EQ(Picture(), picture); // painting leaves no state behind
-    EXPECT_EQ(Picture(true), picture);
-}
-
-TEST_F(OpenGLDisplay, FitShowsTheWholeScene)
-{
-    view.Add_BallBar(Bar(0, {-400, 0, 0}, {100, 500, 50}));
-    const TCamera before = view.Camera();
-    Picture(true);
-    const TCamera camera = view.Camera();
-    EXPECT_LT(camera.projection(0), before.projection(0)); // the bar leaves the machine's volume
-    QRect shown(Pixel(view.d_TriadOrigin), QSize(1, 1));
-    std::vector<int> buffers{view.d_MachineBuffer};
-    for (const int position : {0, 1, 4, 5})
-        buffers.push_back(view.d_BallBars[0].buffers[position]);
-    for (const int buffer : buffers) {
-        const auto* vertices = view.d_VertexBuffers.Item(buffer);
-        ASSERT_NE(vertices, nullptr);
-        const double* v = vertices->data.get();
-        for (int i = 0; i < vertices->size; i += 3)
-            shown |= QRect(Pixel({v[i], v[i + 1], v[i + 2]}), QSize(1, 1));
-    }
-    EXPECT_NEAR(std::max(shown.width(), shown.height()), 400, 2);
-    EXPECT_LT((shown.center() - view.rect().center()).manhattanLength(), 4);
+    Paint(&view);
+    EXPECT_EQ(view.grabFramebuffer(), picture); // painting leaves no state behind
+    EXPECT_EQ(Fitted_Picture(), picture);
 }
 
 TEST_F(OpenGLDisplay, MachineBoxAndTriad)
 {
-    view.Define_Machine_Volume({0, 0, 0}, {300, 200, 150});
-    std::map<std::vector<double>, int> corners;
-    const auto* box = view.d_VertexBuffers.Item(view.d_MachineBuffer);
-    ASSERT_EQ(box->size, 72);
-    for (int i = 0; i < 72; i += 6) {
-        const double* edge = box->data.get() + i;
-        int differing = 0;
-        for (int k = 0; k < 3; ++k)
-            differing += edge[k] != edge[k + 3] ? 1 : 0;
-        EXPECT_EQ(differing, 1);
-        ++corners[{edge[0], edge[1], edge[2]}];
-        ++corners[{edge[3], edge[4], edge[5]}];
-    }
-    EXPECT_EQ(corners.size(), 8U);
-    for (const auto& [corner, count] : corners)
-        EXPECT_EQ(count, 3);
-    EXPECT_EQ(view.d_TriadSize, 30.0);
-    EXPECT_NEAR(Length(view.d_TriadOrigin), 30.0, 1e-12);
-    EXPECT_LT(view.d_TriadOrigin.x, 0.0);
-
     const int buffer = view.d_MachineBuffer;
     for (const TVector3& maximum : {TVector3(), TVector3(1e300, 1, 1), TVector3(-5, -5, -5)}) {
         view.Define_Machine_Volume(TVector3(), maximum);
-        Picture(true);
+        Fit(&view);
         EXPECT_GE(view.d_TriadSize, 0.0);
     }
+    const TVector3 size(300, 200, 150);
+    view.Define_Machine_Volume(TVector3(), size);
     EXPECT_EQ(view.d_MachineBuffer, buffer);
+    EXPECT_EQ(view.d_TriadSize, 30.0);
+    EXPECT_NEAR(Length(view.d_TriadOrigin + size * (30.0 / Length(size))), 0.0, 1e-12);
+    const auto* box = view.d_VertexBuffers.Item(buffer);
+    ASSERT_EQ(box->size, 72);
+    std::vector<std::vector<double>> edges;
+    for (const double* v = box->data.get(); v < box->data.get() + 72; v += 6) {
+        const TVector3 edge(v[3] - v[0], v[4] - v[1], v[5] - v[2]);
+        EXPECT_TRUE(edge.x + edge.y + edge.z == Length(edge) && Length(edge) > 0); // along one axis
+        edges.push_back({v[0], v[1], v[2], v[3], v[4], v[5]});
+    }
+    std::sort(edges.begin(), edges.end());
+    EXPECT_EQ(std::unique(edges.begin(), edges.end()), edges.end());
 }
 
-TEST_F(OpenGLDisplay, ClearingReleasesEverything)
+TEST_F(OpenGLDisplay, ManyBarsAreCoarserAndClearingReleasesThem)
 {
-    const auto stored = [this](const TTestDisplay::TBallBar& bar) {
-        return std::count_if(std::begin(bar.buffers), std::end(bar.buffers),
-                             [this](int id) { return view.d_VertexBuffers.Has_Buffer(id); });
-    };
+    view.Clear_BallBars();
+    std::vector<int> ids;
     for (int i = 0; i < 41; ++i) { // one more than the finest meshes are made for
-        view.Add_BallBar(Bar(i, {1.0 * i, 0, 0}, {1.0 * i, 100, 0}));
-        const int fineness = i < 40 ? 64 : 16;
-        ASSERT_EQ(view.d_VertexBuffers.Buffer_Size(view.d_BallBars[0].buffers[1]), 2 * 3 * 24 * fineness);
+        view.Add(i, {1.0 * i, 0, 0}, {1.0 * i, 100, 0});
+        ids.insert(ids.end(), std::begin(view.d_BallBars[0].buffers), std::end(view.d_BallBars[0].buffers));
+        ASSERT_EQ(view.d_VertexBuffers.Buffer_Size(ids.end()[-7]), 2 * 3 * 24 * (i < 40 ? 64 : 16));
     }
-    for (const auto& bar : view.d_BallBars) {
-        EXPECT_EQ(stored(bar), 8);
-        EXPECT_EQ(view.d_VertexBuffers.Buffer_Size(bar.buffers[1]), 2 * 3 * 24 * 16);
-    }
-    const auto bars = view.d_BallBars;
-    EXPECT_EQ(view.d_SelectionItems.size(), 41U);
     view.Clear_BallBars();
     EXPECT_TRUE(view.d_BallBars.empty() && view.d_SelectionItems.empty());
-    for (const auto& bar : bars)
-        EXPECT_EQ(stored(bar), 0);
+    for (const int id : ids)
+        EXPECT_FALSE(view.d_VertexBuffers.Has_Buffer(id));
     EXPECT_TRUE(view.d_VertexBuffers.Has_Buffer(view.d_MachineBuffer));
-    Picture(true);
 }
 
 TEST_F(OpenGLDisplay, OddBars)
 {
-    const QString names[] = {QString(), QString(5000, QLatin1Char('W')), QStringLiteral("%1 <b>&\n\t"),
-                             QStringLiteral("位置 Ω שלום")};
-    const TVector3 ends[] = {{0, 0, 0}, {1e-9, 0, 0}, {1e9, 0, 0}, {1e300, 1e300, 0}, {100, 0, 0}};
-    for (int i = 0; i < 20; ++i) {
-        auto bar = Bar(i, TVector3(), ends[i % 5]);
-        bar.name = names[i % 4];
-        bar.probe = i % 3 ? TVector3() : TVector3(0, 0, -1e9);
-        view.Add_BallBar(bar);
-    }
-    Picture(true);
+    const QString names[] = {QString(), QString(5000, QLatin1Char('W')), QString(5000, QLatin1Char('\n')),
+                             QStringLiteral("%1 <b>&\n\t"), QStringLiteral("位置 Ω שלום")};
+    const TVector3 ends[] = {{0, 0, 0}, {1e-9, 0, 0}, {1e9, 0, 0}, {1e300, 1e300, 0}};
+    for (int i = 0; i < 20; ++i)
+        view.Add(i, TVector3(), ends[i % 4], false, false, names[i % 5]);
+    Fit(&view);
     view.Set_Selection(2);
-    Picture();
-    const TCamera camera = view.Camera();
-    for (const int i : {0, 5, 10, 12, 13, 14})
-        EXPECT_TRUE(std::isfinite(camera.projection(i)) && (i > 10 || camera.projection(i) != 0.0)) << i;
+    Paint(&view);
+    for (const int i : {0, 5, 10})
+        EXPECT_TRUE(std::isnormal(view.Camera().projection(i))) << i;
 }
 
-TEST(OpenGLDisplayAlone, ConvertsGeometryIntoTwoArrays)
+TEST(OpenGLDisplayAlone, NothingHappensBeforeTheFirstShow)
 {
     TTestDisplay view;
-    auto* vertices = new double[1];
-    auto* normals = new double[1];
-    const auto sphere = TOpenGLGeometryFactory().RenderSphere({5, 0, 0}, 2);
-    EXPECT_EQ(view.Convert_Geometry_To_Buffer(sphere, &vertices, &normals), 288);
-    EXPECT_EQ(vertices[287], sphere[95].position.z);
-    EXPECT_EQ(normals[285], sphere[95].normal.x);
-    EXPECT_EQ(view.Convert_Geometry_To_Buffer({}, &vertices, &normals), 0);
-    delete[] vertices;
-    delete[] normals;
+    Drag(&view, Qt::RightButton, {{1, 1}, {20, 20}});
+    Drag(&view, Qt::LeftButton, {{1, 1}, {20, 20}, {30, 30}});
+    Wheel(&view, 120);
+    view.Set_Selection(1);
+    view.Clear_BallBars();
+    view.Rotate_Model({1, 0, 0}, 1);
+    view.Begin_Fit_To_Viewport();
+    view.Process_Vertex({1, 1, 1});
+    view.End_Fit_To_Viewport();
+    EXPECT_EQ(Pixel(&view, CENTER), QPointF());
+    EXPECT_EQ(view.Get_GLPixel_Depth(5, 5), 1.0);
+    EXPECT_EQ(view.d_RubberBand, nullptr);
+}
+
+TEST(OpenGLDisplayAlone, FindSelection)
+{
+    TTestDisplay view;
+    EXPECT_EQ(view.Find_Selection({0, 0, 0}), -1);
+    for (const auto& item : {Item(TSelectionItem::SEGMENT, {0, 0, 0}, {100, 0, 0}),
+                             Item(TSelectionItem::SEGMENT, {0, 40, 0}, {100, 40, 0}),
+                             Item(TSelectionItem::SEGMENT, {50, 0, 0}, {50, 0, 0}), // never hit
+                             Item(2, {0, 0, 0}, {100, 0, 0}),                       // of no known kind
+                             Item(TSelectionItem::BOX, {200, 10, 10}, {100, -10, -10}, 5),
+                             Item(TSelectionItem::BOX, {20, 39, -1}, {30, 41, 1})}) // without directions
+        view.AddSelectionItem(item);
+    const struct
+    {
+        TVector3 point;
+        int offset;
+    } rows[] = {{{10, 5, 0}, 0},  {{10, 900, 0}, 1},                     // any distance
+                {{10, 20, 0}, 0},                                        // on a tie the first
+                {{0, 0, 0}, -1},  {{100, 0, 0}, -1},                     // on an end plane
+                {{150, 0, 0}, 3}, {{150, 10, 0}, -1}, {{25, 40, 0}, 4}}; // in a box, though on segment 1
+    for (const auto& row : rows)
+        EXPECT_EQ(view.Find_Selection(row.point), row.offset) << &row - rows;
+    EXPECT_EQ(view.Selection_Item(3).first_direction.x, -1.0); // turned along the diagonal
+    EXPECT_DEATH(view.Selection_Item(-1), "!\\(offset < 0\\)");
+    EXPECT_DEATH(view.Selection_Item(5), "offset < static_cast<int>\\(d_SelectionItems.size\\(\\)\\)");
 }

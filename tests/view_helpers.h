@@ -2,9 +2,10 @@
 // Paints and real events for tests of the 3-D view. Positions are logical pixels of the widget.
 #pragma once
 
+#include "openglwidget.h"
+
 #include <QApplication>
 #include <QMouseEvent>
-#include <QOpenGLWidget>
 #include <QSignalSpy>
 #include <QTest>
 #include <QWheelEvent>
@@ -18,6 +19,12 @@ inline void Paint(QOpenGLWidget* view)
     ASSERT_TRUE(painted.wait());
 }
 
+inline void Fit(TOpenGLWidget* view)
+{
+    view->d_FitRequested = true;
+    Paint(view);
+}
+
 inline void Show(QWidget* window, QOpenGLWidget* view)
 {
     window->show();
@@ -25,10 +32,18 @@ inline void Show(QWidget* window, QOpenGLWidget* view)
     Paint(view);
 }
 
+/// Where the view shows a model point.
+inline QPointF Pixel(TOpenGLWidget* view, const TVector3& point)
+{
+    QPoint pixel;
+    view->Point_Raster_Position(&pixel.rx(), &pixel.ry(), point);
+    return QPointF(pixel) / view->devicePixelRatioF();
+}
+
 inline void Send_Mouse(QWidget* view, QEvent::Type type, const QPointF& position, Qt::MouseButton button,
                        Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
 {
-    QMouseEvent event(type, position, view->mapToGlobal(position.toPoint()), button, buttons, modifiers);
+    QMouseEvent event(type, position, button, buttons, modifiers);
     QApplication::sendEvent(view, &event);
 }
 
@@ -42,15 +57,14 @@ inline void Drag(QWidget* view, Qt::MouseButton button, const QVector<QPointF>& 
     Send_Mouse(view, QEvent::MouseButtonRelease, positions.last(), button, Qt::NoButton, modifiers);
 }
 
-inline void Click(QWidget* view, Qt::MouseButton button, const QPointF& position)
+inline void Click(QWidget* view, const QPointF& position)
 {
-    Drag(view, button, {position});
+    Drag(view, Qt::LeftButton, {position});
 }
 
 inline void Wheel(QWidget* view, int delta)
 {
     const QPointF middle = view->rect().center();
-    QWheelEvent event(middle, view->mapToGlobal(middle.toPoint()), QPoint(), QPoint(0, delta), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QWheelEvent event(middle, middle, {}, {0, delta}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(view, &event);
 }

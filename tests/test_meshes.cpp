@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+// The solids, the bars made of them, and the registry that keeps their arrays.
+#include "ballbarmeshes.h"
+#include "openglgeometryfactory.h"
+#include "openglvertexbuffer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+#include <string>
+
+using namespace BallBarMeshes;
+using TMesh = TOpenGLGeometryFactory::TMesh;
+
+namespace
+{
+
+const double PI = std::acos(-1.0);
+
+/// Every edge is run through exactly once in each direction: no hole, no overlap, one orientation.
+bool Is_Closed(const TMesh& mesh)
+{
+    using TPoint = std::array<double, 3>;
+    const auto key = [](const TVector3& v) { return TPoint{v.x + 0.0, v.y + 0.0, v.z + 0.0}; }; // -0.0 is 0.0
+    std::map<std::pair<TPoint, TPoint>, int> edges;
+    for (size_t i = 0; i < mesh.size(); i += 3)
+        for (size_t k = 0; k < 3; ++k)
+            ++edges[{key(mesh[i + k].position), key(mesh[i + (k + 1) % 3].position)}];
+    for (const auto& [edge, count] : edges)
+        if (count != 1 || edges.find({edge.second, edge.first}) == edges.end())
+            return false;
+    return !mesh.empty();
+}
+
+/// Twice the area, in the direction from which the triangle runs counter-clockwise.
+TVector3 Facing(const TMesh& mesh, size_t i)
+{
+    return (mesh[i + 1].position - mesh[i].position) * (mesh[i + 2].position - mesh[i].position);
+}
+
+/// Positive when a closed mesh is counter-clockwise seen from outside.
+double Volume(const TMesh& mesh)
+{
+    double volume = 0.0;
+    for (size_t i = 0; i < mesh.size(); i += 3)
+        volume += (mesh[i].position ^ Facing(mesh, i)) / 6.0;
+    return volume;
+}
+
+void Expect_Normals(const TMesh& mesh)
+{
+    for (size_t i = 0; i < mesh.size(); ++i) {
+        EXPECT_NEAR(Length(mesh[i].normal), 1.0, 1e-12);
+        EXPECT_GT(mesh[i].normal ^ Facing(mesh, i - i % 3), 0.0);
+    }
+}
+
+} // namespace
+
+TEST(Meshes, SolidsAreClosedAndFaceOutward)
+{
+    const TVector3 p(100, -50, 30);
+    for (const int level : {0, 1, 2, 4}) {
+        TOpenGLGeometryFactory factory;
+        factory.Set_Subdivision_Level(level);
+        const struct
+        {
+            const char* name;
+            TMesh mesh;
+            double volume;
+        } solids[] = {
+            {"sphere", factory.RenderSphere(p, 20), 4.0 / 3.0 * PI * 8000},
+            {"cylinder", factory.RenderCylinder(p, p + TVector3(3, 4, 12), 5, 5), PI * 25 * 13},
+            {"along x", factory.RenderCylinder(p, p - TVector3(8, 0, 0), 2, 2), PI * 4 * 8},
+            {"along z", factory.RenderCylinder(p, p + TVector3(0, 0, 9), 3, 3), PI * 9 * 9},
+            {"frustum", factory.RenderCylinder(p, p + TVector3(0, 6, 0), 4, 2), PI * 6 * (16 + 8 + 4) / 3},
+            {"cone", factory.RenderCylinder(p, p + TVector3(0, 6, 6), 3, 0), PI * 3 * std::sqrt(72.0)},
+            {"tip first", factory.RenderCylinder(p, p + TVector3(6, 6, 0), -1, 3), PI * 3 * std::sqrt(72.0)},
+        };
+        for (const auto& solid : solids) {
+            SCOPED_TRACE(std::string(solid.name) + " at level " + std::to_string(level));
+            EXPECT_TRUE(Is_Closed(solid.mesh));
+            Expect_Normals(solid.mesh);
+            // Inscribed, so always less than the smooth solid, and nearly that at a fine level.
+            EXPECT_LT(Volume(solid.mesh), solid.volume);
+            EXPECT_GT(Volume(solid.mesh), solid.volume * (level == 4 ? 0.98 : 0.3));
+        }
+    }
+    const TVector3 center(1, 2, 3);
+    const TMesh sphere = TOpenGLGeometryFactory().RenderSphere(center, 2);
+    EXPECT_EQ(sphere.size(), 96U);
+    for (const auto& vertex : sphere)
+        EXPECT_NEAR(Length((vertex.position - center) / 2.0 - vertex.normal), 0.0, 1e-15);
+    for (const auto& vertex : TOpenGLGeometryFactory().RenderCylinder({0, 0, 0}, {0, 0, 4}, 3, 0))
+        EXPECT_NEAR(vertex.normal.z, vertex.normal.z < -0.5 ? -1.0 : 0.6, 1e-12); // stands on base or wall
+}
+
+TEST(Meshes, FlatShapesFaceTheirNormal)
+{
+    const TOpenGLGeometryFactory factory;
+    const TVector3 p(5, 6, 7);
+    const struct
+    {
+        TMesh mesh;
+        TVector3 area; ///< in the direction it is seen from
+    } shapes[] = {{factory.RenderPolygon(p, {0, -3, 4}, 10, 4), TVector3(0, -0.6, 0.8) * 200},
+                  {factory.RenderPolygon(p, {1, 0, 0}, 2, 3), {3 * std::sqrt(3.0), 0, 0}},
+                  {factory.RenderCircularPlane(p, {0, 2, 0}, 3), {0, 9 * std::sqrt(8.0), 0}}, // 8 corners
+                  {factory.RenderPlane({0, 0, 1}, {4, 0, 1}, {4, 2, 1}, {0, 2, 1}), {0, 0, 8}}};
+    for (const auto& shape : shapes) {
+        TVector3 area;
+        for (size_t i = 0; i < shape.mesh.size(); i += 3)
+            area = area + Facing(shape.mesh, i) / 2.0;
+        EXPECT_NEAR(Length(area - shape.area), 0.0, 1e-9) << &shape - shapes;
+        Expect_Normals(shape.mesh);
+    }
+}
+
+TEST(Meshes, NothingToDraw)
+{
+    TOpenGLGeometryFactory factory;
+    const TVector3 p(1, 1, 1);
+    const auto bar = [](double length, int level) { return Build({}, {length, 0, 0}, {}, level); };
+    TOpenGLGeometryFactory negative;
+    negative.Set_Subdivision_Level(-1);
+    const TMesh meshes[] = {
+        factory.RenderSphere(p, 1e-7),
+        factory.RenderCylinder(p, p, 1, 1),
+        factory.RenderCylinder(p, {9, 9, 9}, 1e-7, 0),
+        factory.RenderCircularPlane(p, TVector3(), 1),
+        factory.RenderPolygon(p, {0, 0, 1}, 1, 2),
+        factory.RenderPlane(p, p, p, {0, 2, 0}),
+        negative.RenderSphere(p, 1),
+        negative.RenderCylinder(p, {9, 9, 9}, 1, 1),
+        negative.RenderCircularPlane(p, {0, 0, 1}, 1),
+        bar(0, 2)[ROD], // coincident spheres
+        bar(0, -1)[ROD],
+        bar(1e300, 2)[SPHERES],
+        bar(500, 2)[STEMS], // without a probe
+        bar(500, 2)[RUBIES],
+    };
+    for (const TMesh& mesh : meshes)
+        EXPECT_TRUE(mesh.empty()) << &mesh - meshes;
+    EXPECT_FALSE(bar(0, 2)[SPHERES].empty());
+}
+
+TEST(Meshes, BarsLookTheirLength)
+{
+    for (const auto& [length, radius] : {std::pair{0.0, 6.0}, {100, 6}, {500, 25}, {2000, 40}, {1e9, 1e7}})
+        EXPECT_DOUBLE_EQ(Sphere_Radius(length), radius);
+    for (const auto& [bars, level] : {std::pair{40U, 3}, {41U, 2}, {1001U, 1}, {20000U, 0}, {20001U, -1}})
+        EXPECT_EQ(Level(bars), level);
+    for (const int level : {-1, 0, 3})
+        for (const auto& mesh : Build({}, {1e9, 0, 0}, {1e9, 0, 1}, level)) {
+            Expect_Normals(mesh);
+            EXPECT_TRUE(mesh.empty() || Volume(mesh) > 0.0);
+        }
+
+    const auto meshes = Build({0, 0, 100}, {500, 0, 100}, {0, 0, -80}, 3);
+    const auto lower = [](const auto& a, const auto& b) { return a.position.z < b.position.z; };
+    const double ruby = std::min_element(meshes[RUBIES].begin(), meshes[RUBIES].end(), lower)->position.z;
+    const double stem = std::max_element(meshes[STEMS].begin(), meshes[STEMS].end(), lower)->position.z;
+    EXPECT_NEAR(ruby, 100 + 25, 1e-9);           // on the sphere's top, the head being above
+    EXPECT_NEAR(stem, 100 + 25 + 10 + 80, 1e-9); // as long as the offset
+}
+
+TEST(Meshes, RegistryNeverReusesIdentifiers)
+{
+    TOpenGLVertexBuffer registry;
+    for (const unsigned int bad : {0U, 4U, 1U, 4294967295U})
+        EXPECT_EQ(registry.Create_Buffer(bad), -1) << bad;
+    for (unsigned int i = 1; i <= 5; ++i) {
+        ASSERT_EQ(registry.Create_Buffer(3 * i), static_cast<int>(i));
+        double* data = registry.Buffer(static_cast<int>(i));
+        EXPECT_EQ(std::count(data, data + 3 * i, 0.0), 3 * i);
+        *data = i;
+    }
+    for (const int id : {2, 2, 77})
+        registry.Remove_Buffer(id);
+    for (const int id : {1, 3, 4, 5}) {
+        EXPECT_EQ(registry.Buffer_Size(id), 3 * id);
+        EXPECT_EQ(*registry.Buffer(id), id);
+    }
+    for (const int missing : {0, -1, 2, 6}) {
+        EXPECT_FALSE(registry.Has_Buffer(missing)) << missing;
+        EXPECT_EQ(registry.Buffer(missing), nullptr);
+        EXPECT_EQ(registry.Buffer_Size(missing), 0);
+    }
+    registry.Clear();
+    EXPECT_FALSE(registry.Has_Buffer(1));
+    EXPECT_EQ(registry.Create_Buffer(9), 6);
+}
