@@ -65,19 +65,25 @@ TEST(KelvoraView, WindowAndViewWorkTogether)
     EXPECT_NE(view->grabFramebuffer(), empty) << "the machine's volume is drawn anew";
 }
 
-TEST_F(KelvoraView, KeyboardAndScreenReader)
+TEST(KelvoraView, KeyboardAndScreenReader)
 {
-    const QWidgetList widgets = d_window->findChildren<QWidget*>(); // of the dialogs too
+    const QTemporaryDir home;
+    qputenv("HOME", home.path().toLocal8Bit());
+    TKelvora window;
+    auto* view = window.findChild<TOpenGLDisplay*>();
+    ASSERT_NE(view, nullptr);
+    Show(&window, view);
+    const QWidgetList widgets = window.findChildren<QWidget*>(); // of the dialogs too
     for (QWidget* widget : widgets)
         if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr) {
             EXPECT_NE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name), QString())
                 << widget->metaObject()->className() << ' ' << widget->objectName().toStdString();
         }
-    d_view->setFocus();
+    view->setFocus();
     for (const char* const button : {"tb_scale_to_fit", "tb_pan", "tb_rotate2d", "tb_rotate3d"}) {
-        QTest::keyClick(d_window->focusWidget(), Qt::Key_Tab);
-        EXPECT_EQ(d_window->focusWidget()->objectName(), QLatin1String(button));
+        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(window.focusWidget()->objectName(), QLatin1String(button));
     }
-    QTest::keyClick(d_window->focusWidget(), Qt::Key_Space);
-    EXPECT_TRUE(d_view->d_Rotate3dMode);
+    QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+    EXPECT_TRUE(view->d_Rotate3dMode);
 }
