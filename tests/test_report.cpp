@@ -99,34 +99,17 @@ TEST(Report, BandsAreCentredOnTheMidRange)
     const struct
     {
         double tolerance, sub_tolerance;
-        std::vector<bool> outside, inside;
+        const char* flags; ///< per position: outside the tolerance, inside the sub-tolerance, both, neither
     } rows[] = {
-        {1.0, 0.0, {false, false, false, false, false, false}, {false, false, false, false, false, false}},
-        {0.5, 0.5, {true, true, true, false, false, true}, {false, false, false, true, true, false}},
-        {0.0, 0.0, {true, true, true, true, false, true}, {false, false, false, false, false, false}},
-        {2.0, 1e-6, {false, false, false, false, false, false}, {false, false, false, false, false, false}},
-        {2.0, 1e-5, {false, false, false, false, false, false}, {false, false, false, false, true, false}},
+        {1.0, 0.0, "------"}, {0.5, 0.5, "ooosso"},  {0.0, 0.0, "oooo-o"},
+        {0.0, 0.5, "ooobso"}, {2.0, 1e-6, "------"}, {2.0, 1e-5, "----s-"},
     };
     for (const auto& row : rows) {
-        const TReport report = Build_Report(data, row.tolerance, row.sub_tolerance);
-        std::vector<bool> outside;
-        std::vector<bool> inside;
-        for (const TPositionFlags& flags : report.flags) {
-            outside.push_back(flags.outside_tolerance);
-            inside.push_back(flags.inside_sub_tolerance);
-        }
-        EXPECT_EQ(outside, row.outside) << row.tolerance;
-        EXPECT_EQ(inside, row.inside) << row.sub_tolerance;
+        std::string flags;
+        for (const TPositionFlags& position : Build_Report(data, row.tolerance, row.sub_tolerance).flags)
+            flags += "-osb"[(position.outside_tolerance ? 1 : 0) + (position.inside_sub_tolerance ? 2 : 0)];
+        EXPECT_EQ(flags, row.flags) << row.tolerance << ", " << row.sub_tolerance;
     }
-}
-
-TEST(Report, CountsOutsideTheEstimatedRange)
-{
-    TBallBarData data;
-    Fill(&data, {10, 10, 10, 10, 10, 10, 10, 10, 10, 20}); // mean 11, deviation 3.16: 11 +- 4.74
-    EXPECT_THAT(Build_Report(data, 1, 0).text.toStdString(),
-                testing::HasSubstr("Estimated Range for 99% of Measurements: 9.48683\n"
-                                   "Number Outside of Estimated Range: 1\n\n"));
 }
 
 TEST(Report, HistogramBins)
@@ -154,6 +137,11 @@ TEST(Report, HistogramBins)
         EXPECT_EQ(too_small, row.counts.empty());
     }
     EXPECT_TRUE(Build_Report(TBallBarData(), 1, 1).text.isEmpty());
+
+    Fill(&data, {10, 10, 10, 10, 10, 10, 10, 10, 10, 20}); // mean 11, deviation 3.16: 11 +- 4.74
+    EXPECT_THAT(Build_Report(data, 1, 0).text.toStdString(),
+                testing::HasSubstr("Estimated Range for 99% of Measurements: 9.48683\n"
+                                   "Number Outside of Estimated Range: 1\n\n"));
 }
 
 TEST(Report, HistogramPoints)

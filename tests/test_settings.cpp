@@ -13,23 +13,13 @@ namespace
 /// All values of the settings in one comparable list.
 std::vector<double> Values(const TSettings& s)
 {
-    const TMachineWidget::TDimensions& m = s.machine;
-    return {double(s.position.x()),
-            double(s.position.y()),
-            double(s.size.width()),
-            double(s.size.height()),
-            double(s.graphic_height),
-            double(s.analysis_height),
-            s.tolerance_a,
-            s.tolerance_b,
-            s.tolerance_c,
-            s.tolerance_d,
-            m.x_min,
-            m.x_max,
-            m.y_min,
-            m.y_max,
-            m.z_min,
-            m.z_max};
+    std::vector<double> values{s.tolerance_a, s.tolerance_b, s.tolerance_c, s.tolerance_d};
+    for (const int number : {s.position.x(), s.position.y(), s.size.width(), s.size.height(),
+                             s.graphic_height, s.analysis_height})
+        values.push_back(number);
+    const TMachineWidget::TDimensions& machine = s.machine;
+    values.insert(values.end(), &machine.x_min, &machine.z_max + 1); // six in a row
+    return values;
 }
 
 TSettings Read_From(const QByteArray& contents)
@@ -63,8 +53,8 @@ TEST(Settings, RoundTrip)
 
 TEST(Settings, WhatMakesNoSenseKeepsItsDefault)
 {
-    const std::vector<double> defaults{30,    30,  1001, 801,   800, 400,   0.012,  0.006,
-                                       1000., 0.0, 0.0,  1200., 0.0, 2200., -1000., 0.0};
+    const std::vector<double> defaults{0.012, 0.006, 1000, 0,    30, 30,   1001,  801,
+                                       800,   400,   0,    1200, 0,  2200, -1000, 0};
     for (const char* contents :
          {"",
           "[General]\nMainwindow_Position=@Size(1 2)\nMainwindow_Size=huge\nTolerance_A=nan\n"
