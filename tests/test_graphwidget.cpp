@@ -41,11 +41,11 @@ void Draw_In_Style(QPainter& painter, const TGraph& graph, int style)
     std::optional<QPoint> last;
     for (int i = 0; i < graph.DataSetSize(0); ++i) {
         const TVector2 point = graph.GetPoint(0, i);
-        const QPoint p = Pixel(graph, point);
         if (!std::isfinite(point.x + point.y)) {
             last.reset();
             continue;
         }
+        const QPoint p = Pixel(graph, point);
         if (style == TGraphWidget::GRAPH_LINE && last)
             painter.drawLine(*last, p);
         if (style == TGraphWidget::GRAPH_BAR && p.y() != zero)
