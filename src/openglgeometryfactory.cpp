@@ -161,6 +161,7 @@ TOpenGLGeometryFactory::TMesh TOpenGLGeometryFactory::RenderPolygon(const TVecto
     if (sides < 3)
         return {};
     std::vector<TVector3> rim;
+    rim.reserve(static_cast<size_t>(sides));
     const double step = 2.0 * std::acos(-1.0) / sides;
     for (int i = 0; i < sides; ++i)
         rim.emplace_back(std::cos(i * step), std::sin(i * step), 0.0);

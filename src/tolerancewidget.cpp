@@ -51,7 +51,7 @@ TToleranceWidget::TToleranceWidget(QWidget* parent, Qt::WindowFlags flags)
       d_range_edit(Create_Result_Field("measured_range")), d_tolerance_edit(Create_Result_Field("tolerance")),
       d_sub_tolerance_edit(Create_Result_Field("sub_tolerance_range")), d_apply_button(new QToolButton(this)),
       d_help_button(new QToolButton(this)), d_sub_tolerance_slider(new QSlider(Qt::Horizontal, this)),
-      d_help_dialog(new TToleranceHelpDialog(this)), d_tolerance_type(2)
+      d_help_dialog(new TToleranceHelpDialog(this))
 {
     d_expression_edit->setObjectName(QStringLiteral("expression"));
     d_expression_edit->setAlignment(Qt::AlignCenter);

@@ -64,7 +64,7 @@ private:
     QSlider* d_sub_tolerance_slider;
     TToleranceHelpDialog* d_help_dialog;
 
-    int d_tolerance_type; ///< 0 invalid, 1 fixed, 2 length dependent, 3 length dependent with limit
+    int d_tolerance_type{2}; ///< 0 invalid, 1 fixed, 2 length dependent, 3 length dependent with limit
 
 public:
     double d_tolerance_a{0.0}; ///< constant part, mm
