@@ -123,7 +123,7 @@ bool TDatabase::Keep_Copy()
         return Fail("Not connected");
     Change_Or_Not(Statements::Roll_Back());
     const QString failure = "Cannot keep a copy of the database";
-    if (!Change(Statements::Begin_Writing(), failure))
+    if (!Change(Statements::Begin_Alone(), failure))
         return false;
     Change_Or_Not(Statements::Roll_Back());
 
@@ -139,7 +139,7 @@ bool TDatabase::Keep_Copy()
         QFile::remove(unfinished);
         return Fail(failure + ".  Reason: '" + copy + "' cannot be written");
     }
-    Kept_Copies::Remove_Old(d_database_file_name, COPIES_KEPT);
+    Kept_Copies::Remove_Old(d_database_file_name, COPIES_KEPT, copy);
     return true;
 }
 
@@ -275,8 +275,11 @@ bool TDatabase::Insert_Positions(int date_id, int time_id, const TDatabaseItem& 
     }
     if (d_rows)
         d_rows->insert_or_assign({date_id, time_id}, rows);
-    // Unlike a failed begin, a failed commit would lose the set.
-    return Change(Statements::Commit(), failure);
+    // Unlike a failed begin, a failed commit would lose the set; left open it would keep other processes out.
+    if (Change(Statements::Commit(), failure))
+        return true;
+    Change_Or_Not(Statements::Roll_Back());
+    return false;
 }
 
 bool TDatabase::Fail(const QString& error) const

@@ -134,6 +134,12 @@ bool TDatabaseDialog::Add_Database_Item(const TDatabaseItem& item)
     return true;
 }
 
+void TDatabaseDialog::reject()
+{
+    if (!d_busy)
+        QDialog::reject();
+}
+
 void TDatabaseDialog::Update_Tree()
 {
     d_tree->clear();

@@ -32,6 +32,9 @@ public:
     const std::vector<Types::TBallbar_Item>& Ballbar_Items() const { return d_ballbar_items; }
 
 public slots:
+    /// Closes the dialog, except while a backup or restore is under way: it keeps the other windows blocked,
+    /// and opened again in the meantime it would hold up the work.
+    void reject() override;
     void Update_Tree();
     void Selection_Changed();
     void Load();

@@ -160,9 +160,9 @@ QString Statements::Roll_Back()
     return "ROLLBACK";
 }
 
-QString Statements::Begin_Writing()
+QString Statements::Begin_Alone()
 {
-    return "BEGIN IMMEDIATE";
+    return "BEGIN EXCLUSIVE";
 }
 
 QString Statements::Copy_Into(const QString& file)

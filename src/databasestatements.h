@@ -57,8 +57,8 @@ QString Select_Version();
 QString Begin();
 QString Commit();
 QString Roll_Back();
-/// Asks for the right to write at once, where Begin() asks for it at the first change.
-QString Begin_Writing();
+/// Locks out readers and writers at once, where Begin() locks out writers at the first change.
+QString Begin_Alone();
 /// Writes a consistent copy of the whole database into a file that does not exist yet.
 QString Copy_Into(const QString& file);
 /// How long statements wait for a lock, milliseconds.

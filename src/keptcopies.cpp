@@ -31,11 +31,12 @@ QStringList Kept_Copies::List(const QString& database_file)
     return copies;
 }
 
-void Kept_Copies::Remove_Old(const QString& database_file, int count)
+void Kept_Copies::Remove_Old(const QString& database_file, int count, const QString& newest)
 {
-    const QStringList copies = List(database_file);
-    for (int i = 0; i < copies.size() - count; ++i)
-        QFile::remove(copies[i]);
+    QStringList others = List(database_file);
+    others.removeOne(newest);
+    for (int i = 0; i <= others.size() - count; ++i)
+        QFile::remove(others[i]);
 }
 
 bool Kept_Copies::Put_In_Place(const QString& written_file, const QString& final_file)

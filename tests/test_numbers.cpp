@@ -4,6 +4,7 @@
 
 #include <QLocale>
 
+#include <cmath>
 #include <cstring>
 
 TEST(Numbers, DecimalTexts)
@@ -31,4 +32,8 @@ TEST(Numbers, FixedTexts)
     EXPECT_EQ(Fixed(123456789.5, 4, 10), QStringLiteral("123456789.5000"));
     EXPECT_EQ(Fixed(0.03125, 4), QStringLiteral("0.0313"));
     QLocale::setDefault(QLocale::c());
+    for (const double value :
+         {0.0, -0.0, -1e-9, 0.015625, -0.046875, 2.5, 0.3, -1e300 / 3, std::nan(""), -HUGE_VAL})
+        for (const int decimals : {0, 4, 5})
+            EXPECT_EQ(Fixed(value, decimals), QString::number(value, 'f', decimals));
 }
