@@ -170,15 +170,9 @@ TEST_F(KelvoraView, OneModeButtonIsAlwaysDown)
     }
 }
 
-TEST(KelvoraView, KeyboardAndScreenReader)
+TEST_F(KelvoraView, KeyboardAndScreenReader)
 {
-    const QTemporaryDir home;
-    qputenv("HOME", home.path().toLocal8Bit());
-    TKelvora window;
-    auto* view = window.findChild<TOpenGLDisplay*>();
-    ASSERT_NE(view, nullptr);
-    Show(&window, view);
-    const QWidgetList widgets = window.findChildren<QWidget*>(); // of the dialogs too
+    const QWidgetList widgets = window->findChildren<QWidget*>(); // of the dialogs too
     for (QWidget* widget : widgets)
         if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr) {
             EXPECT_NE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name), QString())
@@ -186,9 +180,9 @@ TEST(KelvoraView, KeyboardAndScreenReader)
         }
     view->setFocus();
     for (const char* const button : {"tb_scale_to_fit", "tb_pan", "tb_rotate2d", "tb_rotate3d"}) {
-        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
-        EXPECT_EQ(window.focusWidget()->objectName(), QLatin1String(button));
+        QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(window->focusWidget()->objectName(), QLatin1String(button));
     }
-    QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+    QTest::keyClick(window->focusWidget(), Qt::Key_Space);
     EXPECT_TRUE(view->d_Rotate3dMode);
 }
