@@ -60,6 +60,7 @@ TEST(Settings, WhatMakesNoSenseKeepsItsDefault)
           "[General]\nMainwindow_Position=@Size(1 2)\nMainwindow_Size=huge\nTolerance_A=nan\n"
           "Tolerance_B=0,5\nTolerance_C=inf\nTolerance_D=\nMachine_Max_X=1e999\n"
           "Machine_Min_Y=x\nGraphic_Window_Height=-5\nAnalysis_Window_Height=1e3\n",
+          "[General]\nGraphic_Window_Height=0\nAnalysis_Window_Height=0\n",
           "\x7f"
           "ELF\x01\x02\xff[[[=\n=\n;;%%%zz=@Invalid()\n@Point("})
         EXPECT_EQ(Values(Read_From(contents)), defaults) << contents;
