@@ -84,45 +84,34 @@ TEST_F(BallBarData, FormatsMapTheirFields)
 
 TEST_F(BallBarData, LinesAreReadOrSkipped)
 {
-    const struct
-    {
-        const char* line;
-        const char* item; ///< null: skipped
-    } rows[] = {
+    const char* const read[][2] = {
         {"A,,0,0,0,1,0,0,0,0,0,0,0", "A|0 0 0|1 0 0|0 0 0|0 0"},
         {"  A \t b ,any thing, 0 ,0,0,\t1e0,0,0,+.5,5.,0,0,-0 \r", "A b |0 0 0|1 0 0|0 0 0|0.5 5"},
         {",,0,0,0,1,0,0,0,0,0,0,0", "|0 0 0|1 0 0|0 0 0|0 0"},
         {"Name_A,,0,0,0,1,0,0,0,0,0,0,0", "Name_A|0 0 0|1 0 0|0 0 0|0 0"},
         {"%2,%1,0,0,0,1,0,0,0,0,0,0,0", "%2|0 0 0|1 0 0|0 0 0|0 0"},
-        {"nAme,lEngth,0,0,0,1,0,0,0,0,0,0,0", nullptr},
-        {"Name,Length,X1,Y1,Z1,X2,Y2,Z2,F1,F2,TX,TY,TZ", nullptr},
-        {"# A,,0,0,0,1,0,0,0,0,0,0,0", nullptr},
-        {"B89.4.1_data:version=1:type=ballbar,,0,0,0,1,0,0,0,0,0,0,0", nullptr},
-        {" \t ", nullptr},
-        {"A,,0,0,0,1,0,0,0,0,0,0", nullptr},
-        {"A,,0,0,0,1,0,0,0,0,0,0,0,", nullptr},
-        {"A,,0,0,0,1.2.3,0,0,0,0,0,0,0", nullptr},
-        {"A,,0,0,0,,0,0,0,0,0,0,0", nullptr},
-        {"A,,0,0,0,1 0,0,0,0,0,0,0,0", nullptr},
-        {"A,,0,0,0,1,0,0,0,0,0,0,nan", nullptr},
-        {"A,,0,0,0,inf,0,0,0,0,0,0,0", nullptr},
-        {"A,,0,0,0,0x1,0,0,0,0,0,0,0", nullptr},
-        {"A,,0,0,0,1e309,0,0,0,0,0,0,0", nullptr},
-        {"A,,-1e200,0,0,1e200,0,0,0,0,0,0,0", nullptr}, // the distance would overflow
-        {"A,,0,0,0,1e154,0,0,0,0,0,0,0", nullptr},      // and here the deviation
     };
-    const QByteArray endless = QByteArray(5000, 'N') + ",,0,0,0,1,0,0,0,0,0,0,0";
-    ASSERT_TRUE(Load(header_v1 + endless));
-    EXPECT_EQ(d_data.Ballbar_Item_Count(), 0);
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.line);
-        ASSERT_TRUE(Load(header_v1 + QByteArray(row.line) + "\nlast,,0,0,0,0,3,4,0,0,0,0,0"));
-        std::vector<std::string> expected;
-        if (row.item != nullptr)
-            expected.emplace_back(row.item);
-        expected.emplace_back("last|0 0 0|0 3 4|0 0 0|0 0");
-        EXPECT_EQ(Items(), expected);
+    // clang-format off
+    const char* const skipped[] = {
+        "nAme,lEngth,0,0,0,1,0,0,0,0,0,0,0", "Name,Length,X1,Y1,Z1,X2,Y2,Z2,F1,F2,TX,TY,TZ", " \t ",
+        "# A,,0,0,0,1,0,0,0,0,0,0,0", "B89.4.1_data:version=1:type=ballbar,,0,0,0,1,0,0,0,0,0,0,0",
+        "A,,0,0,0,1,0,0,0,0,0,0", "A,,0,0,0,1,0,0,0,0,0,0,0,", "A,,0,0,0,1.2.3,0,0,0,0,0,0,0",
+        "A,,0,0,0,,0,0,0,0,0,0,0", "A,,0,0,0,1 0,0,0,0,0,0,0,0", "A,,0,0,0,1,0,0,0,0,0,0,nan",
+        "A,,0,0,0,inf,0,0,0,0,0,0,0", "A,,0,0,0,0x1,0,0,0,0,0,0,0", "A,,0,0,0,1e309,0,0,0,0,0,0,0",
+        "A,,0,0,0,1e154,0,0,0,0,0,0,0"}; // its square would overflow
+    // clang-format on
+    const QByteArray last = "\nlast,,0,0,0,0,3,4,0,0,0,0,0";
+    const char* const last_item = "last|0 0 0|0 3 4|0 0 0|0 0";
+    for (const auto& row : read) {
+        ASSERT_TRUE(Load(header_v1 + QByteArray(row[0]) + last));
+        EXPECT_THAT(Items(), testing::ElementsAre(row[1], last_item));
     }
+    for (const char* line : skipped) {
+        ASSERT_TRUE(Load(header_v1 + QByteArray(line) + last));
+        EXPECT_THAT(Items(), testing::ElementsAre(last_item)) << line;
+    }
+    ASSERT_TRUE(Load(header_v1 + QByteArray(5000, 'N') + ",,0,0,0,1,0,0,0,0,0,0,0" + last));
+    EXPECT_EQ(d_data.Ballbar_Item_Count(), 1);
 }
 
 TEST_F(BallBarData, FilesAreRefused)

@@ -294,13 +294,13 @@ TEST_F(OpenGLDisplay, ColoursOfEveryState)
 
 TEST_F(OpenGLDisplay, SeeThroughBarsAreOnTopOfAll)
 {
-    // Two crossing rods, the first one behind the second; and what a click reports was drawn last.
+    // Two crossing rods, the second one behind the first; and what a click reports was drawn last.
     const TVector3 behind = view.Front() * -8.0;
     for (const bool see_through : {false, true}) {
         view.Clear_BallBars();
+        view.Add(11, CENTER - TVector3(15, 0, 0), CENTER + TVector3(15, 0, 0));
         view.Add(10, CENTER + behind - TVector3(0, 0, 70), CENTER + behind + TVector3(0, 0, 70), true,
                  see_through);
-        view.Add(11, CENTER - TVector3(15, 0, 0), CENTER + TVector3(15, 0, 0));
         Fit(&view);
         const QColor pixel = view.grabFramebuffer().pixelColor(Pixel(&view, CENTER).toPoint());
         // A tenth of the see-through bar's red over the dark rod, or the dark rod alone.
@@ -412,4 +412,20 @@ TEST(OpenGLDisplayAlone, FindSelection)
     EXPECT_EQ(view.Selection_Item(3).first_direction.x, -1.0); // turned along the diagonal
     EXPECT_DEATH(view.Selection_Item(-1), "!\\(offset < 0\\)");
     EXPECT_DEATH(view.Selection_Item(5), "offset < static_cast<int>\\(d_SelectionItems.size\\(\\)\\)");
+}
+
+TEST(OpenGLDisplayAlone, LabelsStandAtTheirPixelAtEveryRatio)
+{
+    TCamera camera;
+    camera.viewport[2] = 200;
+    camera.viewport[3] = 100;
+    const TVector3 outside[3] = {{5, 5, 5}, {5, 5, 5}, {5, 5, 5}};
+    for (const int ratio : {1, 2}) {
+        TLabelLayer labels;
+        labels.Add(QStringLiteral("name"), TVector3());
+        const QImage& image = labels.Paint(camera, outside, QFont(), ratio);
+        const QPoint corner = QPoint(100, 50) - ratio * QPoint(1, 1);
+        EXPECT_EQ(qAlpha(image.pixel(corner)), 160);
+        EXPECT_EQ(qAlpha(image.pixel(corner - QPoint(1, 1))), 0);
+    }
 }
