@@ -28,10 +28,13 @@ constexpr int MARKER = 3; // half the size of crosses and squares
 // Pixels further away than this cannot be seen, and whole numbers hold them with ease.
 constexpr double FAR_AWAY = 1 << 20;
 
+// The pixel that a position lies in. A position that misses the next pixel by no more than the rounding of
+// its own arithmetic lies in that one: the upper edge of the data would otherwise be cut off at some heights.
 // In this order the comparisons take what is no number to be far away.
 int Whole_Pixel(double position)
 {
-    return static_cast<int>(std::max(-FAR_AWAY, std::min(FAR_AWAY, position)));
+    constexpr double rounding = 1e-7;
+    return static_cast<int>(std::max(-FAR_AWAY, std::min(FAR_AWAY, position + rounding)));
 }
 
 QPoint Whole_Pixel(const QPointF& position)
