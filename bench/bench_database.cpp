@@ -1,21 +1,17 @@
 // SPDX-License-Identifier: MIT
-// The database against SQLite itself: each line is a task, our time, SQLite's time for the same work (both
-// milliseconds, the median of several runs taken in turn) and the ratio of the two.
+// The database against SQLite itself, through its own interface and its shell, doing the same work.
 #include "database.h"
 #include "databasedialog.h"
 #include "databasestatements.h"
+#include "ratio.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTreeWidget>
 
-#include <algorithm>
-#include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <sqlite3.h>
 #include <string>
 #include <vector>
@@ -26,7 +22,7 @@ namespace
 constexpr int LARGE_SET = 100000;
 constexpr int SETS = 1000;
 constexpr int SET_SIZE = 50;
-constexpr int RUNS = 5;
+constexpr int ROUNDS = 5;
 
 void Check(bool good, const char* what)
 {
@@ -36,32 +32,11 @@ void Check(bool good, const char* what)
     std::exit(1);
 }
 
-double Milliseconds(const std::function<void()>& task)
+void Compare(const char* name, int rounds, double goal, const std::function<void()>& ours,
+             const std::function<void()>& reference)
 {
-    QElapsedTimer clock;
-    clock.start();
-    task();
-    return static_cast<double>(clock.nsecsElapsed()) * 1e-6;
-}
-
-double Median(std::vector<double> times)
-{
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
-
-void Compare(const char* name, const std::function<void(int)>& ours,
-             const std::function<void(int)>& reference, int runs = RUNS)
-{
-    std::vector<double> our_times;
-    std::vector<double> reference_times;
-    for (int run = 0; run < runs; ++run) {
-        our_times.push_back(Milliseconds([&] { ours(run); }));
-        reference_times.push_back(Milliseconds([&] { reference(run); }));
-    }
-    const double our_time = Median(our_times);
-    const double reference_time = Median(reference_times);
-    std::printf("%-36s %10.1f %10.1f %8.2f\n", name, our_time, reference_time, our_time / reference_time);
+    const TComparison times(rounds, ours, reference);
+    Print_Ratio(name, times.ours * 1e3, times.reference * 1e3, goal);
     std::fflush(stdout);
 }
 
@@ -166,31 +141,33 @@ void Bench_Large_Set(const QTemporaryDir& folder)
 {
     const TDatabaseItem item = Make_Set(0, LARGE_SET);
     const std::vector<QByteArray> statements = Saving_Statements(item);
-    const auto file = [&folder](const char* name, int run) {
-        return folder.filePath(name + QString::number(run));
-    };
+    const QString our_file = folder.filePath("ours");
+    const QString reference_file = folder.filePath("reference");
     Compare(
-        "save 100,000 positions",
-        [&](int run) {
+        "save 100,000 positions", ROUNDS, 1.2,
+        [&] {
+            QFile::remove(our_file);
             TDatabase database;
-            Check(database.Connect(file("ours", run)) && database.Initialize() &&
-                      database.Add_Database_Item(item),
+            Check(database.Connect(our_file) && database.Initialize() && database.Add_Database_Item(item),
                   "saving");
         },
-        [&](int run) { TReference(file("reference", run)).Execute(statements); });
+        [&] {
+            QFile::remove(reference_file);
+            TReference(reference_file).Execute(statements);
+        });
 
     TDatabase database;
-    Check(database.Connect(file("ours", 0)), "opening");
-    TReference reference(file("reference", 0));
+    Check(database.Connect(our_file), "opening");
+    TReference reference(reference_file);
     const QByteArray select = Statements::Select_Positions(1, 1).toUtf8();
     Compare(
-        "load 100,000 positions",
-        [&](int) {
+        "load 100,000 positions", ROUNDS, 2.5,
+        [&] {
             bool valid = false;
             const TDatabaseItem loaded = database.Database_Item(item.Date(), item.Time(), &valid);
             Check(valid && loaded.Ballbar_Count() == LARGE_SET, "loading");
         },
-        [&](int) { Check(reference.Read(select) > 0.0, "the reference's loading"); });
+        [&] { Check(reference.Read(select) > 0.0, "the reference's loading"); });
 }
 
 void Bench_Archive(const QTemporaryDir& folder)
@@ -205,21 +182,15 @@ void Bench_Archive(const QTemporaryDir& folder)
     TPresetDialog dialog;
     dialog.d_file = folder.filePath("archive.backup");
     TReference reference(archive);
-    Compare(
-        "start-up with 1,000 sets", [&](int) { Check(dialog.Connect_To_Database(archive), "connecting"); },
-        [&](int) {
-            TReference start(archive);
-            start.Read(Statements::Select_Dates().toUtf8());
-            for (int date_id = 1; date_id <= SETS / 4; ++date_id)
-                start.Read(Statements::Select_Times(date_id).toUtf8());
-        });
+    std::printf("%-44s %14.3f\n", "start-up with 1,000 sets",
+                Seconds([&] { Check(dialog.Connect_To_Database(archive), "connecting"); }) * 1e3);
 
     dialog.show();
     auto* tree = dialog.findChild<QTreeWidget*>("entries");
     tree->expandAll();
     Compare(
-        "select 1,000 sets of 50 positions",
-        [&](int) {
+        "select 1,000 sets of 50 positions", 1, 3.0,
+        [&] {
             tree->clearSelection();
             tree->blockSignals(true); // whole dates only: a time beside its date would count twice
             for (int i = 0; i < tree->topLevelItemCount(); ++i)
@@ -227,22 +198,23 @@ void Bench_Archive(const QTemporaryDir& folder)
             tree->blockSignals(false);
             dialog.Selection_Changed();
         },
-        [&](int) {
+        [&] {
             for (int time_id = 1; time_id <= SETS; ++time_id)
                 reference.Read(Statements::Select_Positions((time_id + 3) / 4, time_id).toUtf8());
-        },
-        1);
+        });
 
     const QString dump = folder.filePath("archive.sql");
+    const QString read = folder.filePath("read");
     Compare(
-        "backup of 1,000 sets", [&](int) { dialog.Backup(); },
-        [&](int) {
+        "backup of 1,000 sets", ROUNDS, 1.0, [&] { dialog.Backup(); },
+        [&] {
             Run_Shell({archive, ".dump"}, dump);
         });
     Compare(
-        "restore of 1,000 sets", [&](int) { dialog.Restore(); },
-        [&](int run) {
-            Run_Shell({folder.filePath("read" + QString::number(run)), ".read " + dump}, QString());
+        "restore of 1,000 sets", ROUNDS, 4.0, [&] { dialog.Restore(); },
+        [&] {
+            QFile::remove(read);
+            Run_Shell({read, ".read " + dump}, QString());
         });
 }
 
@@ -252,7 +224,7 @@ int main(int argc, char* argv[])
 {
     QApplication application(argc, argv);
     const QTemporaryDir folder;
-    std::printf("%-36s %10s %10s %8s\n", "name", "ours", "reference", "ratio");
+    Print_Heading("ours, ms", "SQLite, ms");
     Bench_Large_Set(folder);
     Bench_Archive(folder);
 }
