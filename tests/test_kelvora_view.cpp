@@ -7,6 +7,7 @@
 #include "opengldisplaywidget.h"
 #include "view_helpers.h"
 
+#include <QAccessible>
 #include <QLineEdit>
 #include <QLineF>
 #include <QSlider>
@@ -61,7 +62,11 @@ protected:
         file.close();
         window->resize(1001, 1000);
         Show(window.get(), view);
-        window->Import_Ballbar_Data(file.fileName());
+        Import();
+    }
+    void Import()
+    {
+        window->Import_Ballbar_Data(home.filePath(QStringLiteral("set.dat")));
         Paint(view);
     }
     QString Name() const { return Child<QLineEdit>(*window, "name").text(); }
@@ -100,7 +105,8 @@ protected:
 TEST_F(KelvoraView, EveryBarIsFoundAtItsMiddle)
 {
     EXPECT_EQ(Click_All(), 20);
-    window->findChild<TOpenGLDisplayWidget*>()->Define_Machine_Volume({0, 0, 0}, {0, 0, 0}); // hides no bar
+    // No edges of the machine before the bars.
+    window->findChild<TOpenGLDisplayWidget*>()->Define_Machine_Volume({0, 0, 0}, {0, 0, 0});
     std::mt19937 random(7);
     std::uniform_int_distribution<int> step(-80, 80);
     int clicked = 0;
@@ -112,6 +118,7 @@ TEST_F(KelvoraView, EveryBarIsFoundAtItsMiddle)
         Wheel(view, step(random));
         if (run % 5 == 4)
             Child<QToolButton>(*window, "tb_scale_to_fit").click();
+        EXPECT_EQ(view->d_FitRequested, run % 5 == 4);
         Paint(view);
         clicked += Click_All(true);
     }
@@ -120,27 +127,40 @@ TEST_F(KelvoraView, EveryBarIsFoundAtItsMiddle)
 
 TEST_F(KelvoraView, WindowAndViewWorkTogether)
 {
-    const QImage before = view->grabFramebuffer();
+    QImage before = view->grabFramebuffer();
     Click(view, Pixel(view, bars[0].At(0.5)));
     Paint(view);
     EXPECT_NE(view->grabFramebuffer(), before) << "the bar is highlighted";
     Click(view, {3, 3}); // nothing there: silent
     EXPECT_EQ(Name(), QStringLiteral("P0"));
 
-    Wheel(view, 120); // a tolerance keeps the camera
+    // A tolerance keeps the camera, an import fits.
+    const QPointF fitted = Pixel(view, bars[1].sphere1);
+    Wheel(view, 120);
     const QPointF moved = Pixel(view, bars[1].sphere1);
+    EXPECT_NE(moved, fitted);
     Child<QSlider>(*window, "sub_tolerance").setValue(4);
     Paint(view);
     EXPECT_EQ(Pixel(view, bars[1].sphere1), moved);
+    Import();
+    EXPECT_LT(QLineF(Pixel(view, bars[1].sphere1), fitted).length(), 1.5);
+
     window->Menu_New();                        // leaves nothing that could be picked
     Click(view, Pixel(view, bars[0].At(0.5))); // but a picture of it until the next paint
     EXPECT_EQ(Name(), QString());
+    Paint(view);
+    before = view->grabFramebuffer();
+    Child<QLineEdit>(*window, "max_z").setText(QStringLiteral("-200"));
+    Child<QToolButton>(*window, "update").click();
+    Paint(view);
+    EXPECT_NE(view->grabFramebuffer(), before) << "the machine's volume is drawn anew";
 }
 
 TEST_F(KelvoraView, OneModeButtonIsAlwaysDown)
 {
     const char* const names[] = {"tb_pan", "tb_rotate2d", "tb_rotate3d"};
-    for (const auto& [button, mode] : {std::pair{0, 0}, {2, 2}, {1, 1}, {1, 0}, {2, 2}, {2, 0}}) {
+    for (const auto& [button, mode] :
+         {std::pair{0, 0}, {2, 2}, {1, 1}, {1, 0}, {2, 2}, {2, 0}, {1, 1}, {0, 0}}) {
         Child<QToolButton>(*window, names[button]).click();
         const bool modes[] = {view->d_PanMode, view->d_Rotate2dMode, view->d_Rotate3dMode};
         for (int i = 0; i < 3; ++i) {
@@ -148,4 +168,21 @@ TEST_F(KelvoraView, OneModeButtonIsAlwaysDown)
             EXPECT_EQ(Child<QToolButton>(*window, names[i]).isChecked(), i == mode) << names[button];
         }
     }
+}
+
+TEST_F(KelvoraView, KeyboardAndScreenReader)
+{
+    const QWidgetList widgets = window->findChildren<QWidget*>(); // of the dialogs too
+    for (QWidget* widget : widgets)
+        if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr) {
+            EXPECT_NE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name), QString())
+                << widget->metaObject()->className() << ' ' << widget->objectName().toStdString();
+        }
+    view->setFocus();
+    for (const char* const button : {"tb_scale_to_fit", "tb_pan", "tb_rotate2d", "tb_rotate3d"}) {
+        QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(window->focusWidget()->objectName(), QLatin1String(button));
+    }
+    QTest::keyClick(window->focusWidget(), Qt::Key_Space);
+    EXPECT_TRUE(view->d_Rotate3dMode);
 }
