@@ -148,7 +148,8 @@ void TDatabase::Set_Bulk_Mode(bool bulk)
     if (!Is_Connected())
         return;
     Change_Or_Not(Statements::Roll_Back());
-    for (const QString& statement : Statements::Set_Bulk_Mode(bulk))
+    const QStringList statements = Statements::Set_Bulk_Mode(bulk);
+    for (const QString& statement : statements)
         Change_Or_Not(statement);
 }
 

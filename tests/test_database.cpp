@@ -498,7 +498,7 @@ TEST_F(DatabaseDialog, StaysSafeWhileItIsBusy)
     const QByteArray backup = Written("backup");
     int visits = 0;
     QTimer visitor;
-    QObject::connect(&visitor, &QTimer::timeout, [&] {
+    QObject::connect(&visitor, &QTimer::timeout, &visitor, [&] {
         ++visits;
         Tree()->topLevelItem(0)->setSelected(true);
         for (const char* name : {"backup", "restore", "load", "export", "close"})
