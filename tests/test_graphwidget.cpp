@@ -1,21 +1,85 @@
 // SPDX-License-Identifier: MIT
-#include "graph_helpers.h"
-
-#include <QPainter>
-
-#include <gmock/gmock.h>
+// What the graph draws, and what it does with the mouse. Positions are those in the plotting area.
+#include "graphwidget.h"
+#include "testing.h"
 
 #include <cmath>
 
 namespace
 {
 
-// Where the widget draws a point: mapped, then towards zero.
-QPoint Pixel(const TGraph& graph, const TVector2& point)
+using Points = std::vector<TVector2>;
+using TButton = Qt::MouseButton;
+
+const QColor COLOR(0, 127, 0);
+constexpr auto LEFT = Qt::LeftButton;
+constexpr auto RIGHT = Qt::RightButton;
+const Points DIAGONAL{{1, 1}, {100, 100}};
+
+/// A graph on the screen with one data set, that notes what the last mouse event made it paint.
+class TGraph : public TGraphWidget
 {
-    const QPointF position = graph.Mapping().Position(point);
-    return {static_cast<int>(position.x()), static_cast<int>(std::min(1e6, position.y()))};
-}
+public:
+    QRegion d_painted;
+    bool d_painted_at_once{false};
+    QSignalSpy d_clicks{this, &TGraphWidget::Mouse_Click};
+
+    /// `scales` holds the scale type of x and, as its last digit, that of y.
+    explicit TGraph(const Points& points, int scales = 11, int type = GRAPH_LINE, const QColor& color = COLOR)
+    {
+        d_horizontal_scale_type = scales / 10;
+        d_vertical_scale_type = scales % 10;
+        EnableYIncludesZero(false);
+        CreateDataSet(color, static_cast<TGraphType>(type));
+        AddPoints(0, points);
+        resize(600, 400);
+        show(); // hidden widgets are laid out anew with each grab
+    }
+
+    QImage Seen()
+    {
+        QApplication::processEvents();
+        return grab().toImage().convertToFormat(QImage::Format_RGB32);
+    }
+    QPointF In_Area(const QPointF& position) const { return Layout().graph.topLeft() + position; }
+    TVector2 Value(const QPointF& position) const { return Mapping().Value(In_Area(position)); }
+    TVector2 Low() const { return Mapping().Value(Layout().graph.bottomLeft()); }
+    TVector2 High() const { return Mapping().Value(Layout().graph.topRight()); }
+    /// Where a point is drawn: mapped, then towards zero.
+    QPoint Pixel(const TVector2& point) const
+    {
+        const QPointF position = Mapping().Position(point);
+        return {static_cast<int>(position.x()), static_cast<int>(std::min(1e6, position.y()))};
+    }
+
+    void Send(QEvent::Type type, const QPointF& at, TButton button, Qt::MouseButtons held)
+    {
+        QApplication::processEvents();
+        d_painted = QRegion();
+        QMouseEvent event(type, In_Area(at), button, held, Qt::NoModifier);
+        QApplication::sendEvent(this, &event);
+        d_painted_at_once = !d_painted.isEmpty();
+        QApplication::processEvents();
+    }
+    void Press(const QPointF& at, TButton button) { Send(QEvent::MouseButtonPress, at, button, button); }
+    void Move(const QPointF& to, Qt::MouseButtons held) { Send(QEvent::MouseMove, to, Qt::NoButton, held); }
+    void Release(const QPointF& at, TButton button) { Send(QEvent::MouseButtonRelease, at, button, {}); }
+    void Drag(const QPointF& from, const QPointF& to, TButton button)
+    {
+        Press(from, button);
+        for (int step = 1; step <= 2 && to != from; ++step)
+            Move(from + (to - from) * step / 2.0, button);
+        Release(to, button);
+    }
+    void Click(const QPointF& at, TButton button) { Drag(at, at, button); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        d_painted += event->region();
+        TGraphWidget::paintEvent(event);
+    }
+};
 
 bool Is_White(const QImage& picture, const QRect& part)
 {
@@ -34,15 +98,15 @@ QImage Drawn(const TGraph& graph, int style)
     painter.setPen(COLOR);
     const int parts = (graph.d_horizontal_scale_type == GRAPH_SCALE_LOG10 ? 4 : 2) * graph.DataSetSize(0);
     const int w = std::max(1, graph.Layout().graph.width() / parts - 1);
-    const int zero = Pixel(graph, {1, 0}).y();
+    const int zero = graph.Pixel({1, 0}).y();
     for (int i = 0; i < graph.DataSetSize(0); ++i) {
         const TVector2 point = graph.GetPoint(0, i);
         const TVector2 before = graph.GetPoint(0, std::max(0, i - 1));
         if (!std::isfinite(point.x + point.y))
             continue;
-        const QPoint p = Pixel(graph, point);
+        const QPoint p = graph.Pixel(point);
         if (style == TGraphWidget::GRAPH_LINE && std::isfinite(before.x + before.y))
-            painter.drawLine(Pixel(graph, before), p);
+            painter.drawLine(graph.Pixel(before), p);
         if (style == TGraphWidget::GRAPH_BAR && p.y() != zero)
             painter.fillRect(p.x() - w, std::min(p.y(), zero - 1), 2 * w,
                              std::max(zero - p.y(), p.y() - zero + 2), COLOR);
@@ -53,31 +117,37 @@ QImage Drawn(const TGraph& graph, int style)
         if (style == TGraphWidget::GRAPH_POINT)
             painter.fillRect(p.x() - 3, p.y() - 3, 6, 6, COLOR);
     }
-    painter.end();
     return picture;
 }
 
-// Steady, noisy and jumping points with many to a pixel.
-Points Many_Points()
+void Expect_View(const TGraph& graph, const TVector2& low, const TVector2& high)
 {
-    Points points;
-    for (int i = 1; i < 5000; ++i)
-        points.push_back({i % 7 == 0 ? i * 0.3 : i, 3 + std::sin(i * 0.001) + std::sin(i * i)});
-    return points;
+    for (const int axis : {0, 1}) {
+        EXPECT_NEAR(graph.Low()(axis), low(axis), 1e-9 * (high(axis) - low(axis)));
+        EXPECT_NEAR(graph.High()(axis), high(axis), 1e-9 * (high(axis) - low(axis)));
+    }
 }
 
 } // namespace
 
-TEST(GraphWidgetDeathTest, IndexOutOfRange)
+TEST(GraphWidget, DataSetsAndPalette)
 {
     TGraph graph({{1, 2}});
-    EXPECT_DEATH(graph.AddPoint(1, {1, 2}), "set < static_cast<int>\\(d_data_sets.size\\(\\)\\)");
-    EXPECT_DEATH(graph.GetPoint(0, 1),
+    graph.AddPoint(0, {3, 4});
+    graph.AddPoint(0, {5, 6});
+    graph.ModifyPoint(0, 1, {7, 8});
+    EXPECT_EQ(graph.GetPoint(0, 1).x, 7);
+    graph.DeletePoint(0, 1);
+    EXPECT_EQ(graph.GetPoint(0, 0).x + graph.GetPoint(0, 1).y, 1 + 6);
+    EXPECT_DEATH(graph.GetPoint(0, 2),
                  "index < static_cast<int>\\(d_data_sets\\[set\\].dataset_points.size\\(\\)\\)");
-}
+    graph.DeletePoints(0);
+    graph.CreateDataSet(COLOR, TGraphWidget::GRAPH_LINE);
+    graph.AddPoint(1, {1, 2});
+    graph.DeleteDataSet(0);
+    EXPECT_EQ(graph.DataSetSize(0), 1);
+    EXPECT_DEATH(graph.AddPoint(1, {1, 2}), "set < static_cast<int>\\(d_data_sets.size\\(\\)\\)");
 
-TEST(GraphWidget, Palette)
-{
     const int rows[][5] = {{0, 1, 255, 0, 0}, {3, 1, 255, 127, 0}, {6, 1, 128, 0, 0},
                            {94, 1, 0, 8, 16}, {97, 0, 0, 0, 0},    {-1, 0, 0, 0, 0}};
     for (const auto& [index, valid, red, green, blue] : rows) {
@@ -89,10 +159,13 @@ TEST(GraphWidget, Palette)
 
 TEST(GraphWidget, PixelsOfEveryStyleInAnyView)
 {
+    Points many; // steady, noisy and jumping points with many to a pixel
+    for (int i = 1; i < 5000; ++i)
+        many.push_back({i % 7 == 0 ? i * 0.3 : i, 3 + std::sin(i * 0.001) + std::sin(i * i)});
     const Points rows[] = {
         {{4, 5}, {1, -3}, {2, 0}, {3, 9}},
         {{1, 1}, {4, 5}, {5, NAN}, {NAN, HUGE_VAL}, {6, 5}, {8, 2}, {HUGE_VAL, 5}, {9, 3}},
-        Many_Points(),
+        many,
     };
     const auto ink = [](const QImage& image) { return image.createMaskFromColor(COLOR.rgb()); };
     for (const Points& points : rows) {
@@ -108,6 +181,14 @@ TEST(GraphWidget, PixelsOfEveryStyleInAnyView)
             }
         }
     }
+    for (int style = TGraphWidget::GRAPH_LINE; style <= TGraphWidget::GRAPH_POINT; ++style) {
+        // Twice in one place a translucent colour covers more.
+        const auto color = [style](const Points& points) {
+            TGraph graph(points, 22, style, QColor(0, 127, 0, 60));
+            return graph.Seen().pixelColor(graph.Pixel({2, 2})).red();
+        };
+        EXPECT_LT(color({{1, 1}, {2, 2}, {3, 3}, {2, 2}, {1, 1}}), color({{1, 1}, {2, 2}, {3, 3}})) << style;
+    }
 }
 
 TEST(GraphWidget, UpperEdgeOfTheDataIsSeenAtEveryHeight)
@@ -121,7 +202,7 @@ TEST(GraphWidget, UpperEdgeOfTheDataIsSeenAtEveryHeight)
     }
 }
 
-TEST(GraphWidget, FarPoints)
+TEST(GraphWidget, FarPointsAndOtherDevices)
 {
     // Seen from nearer and nearer: their positions leave the range of whole pixels and then that of doubles.
     QImage picture(600, 400, QImage::Format_RGB32);
@@ -139,7 +220,14 @@ TEST(GraphWidget, FarPoints)
     graph.ZoomOut();
     const QImage line = graph.Seen();
     for (const double at : {-7.3, 0.9, 4.1})
-        EXPECT_FALSE(Is_White(line, QRect(Pixel(graph, {at, at}) - QPoint(0, 1), QSize(1, 3)))) << at;
+        EXPECT_FALSE(Is_White(line, QRect(graph.Pixel({at, at}) - QPoint(0, 1), QSize(1, 3)))) << at;
+    // The same picture on a device of the same resolution, and one as large on a finer one.
+    graph.d_show_cursor_position = false;
+    EXPECT_TRUE(graph.Paint_To(&picture) && picture == graph.Seen());
+    QImage fine(1200, 800, QImage::Format_RGB32);
+    fine.setDotsPerMeterX(2 * picture.dotsPerMeterX());
+    EXPECT_TRUE(graph.Paint_To(&fine));
+    EXPECT_FALSE(Is_White(fine, QRect(2 * graph.Pixel({4.1, 4.1}) - QPoint(0, 3), QSize(1, 6))));
 }
 
 TEST(GraphWidget, EveryTickHasItsNumber)
@@ -153,16 +241,197 @@ TEST(GraphWidget, EveryTickHasItsNumber)
             graph.resize(width, 200 + width / 4);
             const QImage picture = graph.Seen();
             // Labels are parted by more than the gaps between their characters.
-            const int bottom = graph.Layout().graph.bottom();
+            const QRect area = graph.Layout().graph;
             const int height = graph.Layout().horizontal_labels.height() - 8;
             int ticks = 0;
             int labels = 0;
             for (int x = graph.Layout().horizontal_labels.left(); x < width; ++x) {
-                ticks += !Is_White(picture, {x, bottom + 3, 1, 1});
-                labels += Is_White(picture, {x - 5, bottom + 7, 5, height}) &&
-                          !Is_White(picture, {x, bottom + 7, 1, height});
+                ticks += !Is_White(picture, {x, area.bottom() + 3, 1, 1});
+                labels += Is_White(picture, {x - 5, area.bottom() + 7, 5, height}) &&
+                          !Is_White(picture, {x, area.bottom() + 7, 1, height});
+            }
+            EXPECT_TRUE(labels == ticks && labels > (width > 420 && high < 1e8)) << labels << ", " << ticks;
+            const QRect column = graph.Layout().vertical_labels.adjusted(0, 0, 4, 0);
+            for (int y = column.top(); y <= area.bottom() + 5; ++y) {
+                const bool tick = !Is_White(picture, {area.left() - 3, y, 1, 1});
+                ticks -= tick;
+                EXPECT_TRUE(!tick || !Is_White(picture, {area.right() - 1, y, 1, 1})) << "no grid";
+                labels -= Is_White(picture, {column.left(), y - 1, column.width(), 1}) &&
+                          !Is_White(picture, {column.left(), y, column.width(), 1});
             }
             EXPECT_EQ(labels, ticks);
         }
     }
+}
+
+TEST(GraphWidget, TitlesStandInTheirBands)
+{
+    TGraph graph(DIAGONAL);
+    graph.d_show_cursor_position = false;
+    const TGraphLayout layout = graph.Layout();
+    for (const auto& [title, band] : {std::pair(&graph.d_graph_title, layout.graph_title),
+                                      {&graph.d_horizontal_title, layout.horizontal_title},
+                                      {&graph.d_vertical_title, layout.vertical_title}}) {
+        const QRect inside = band.adjusted(3, 3, -3, -3); // away from frame and numbers
+        EXPECT_FALSE(Is_White(graph.Seen(), inside));
+        title->clear();
+        graph.UpdateGraph();
+        EXPECT_TRUE(Is_White(graph.Seen(), inside));
+    }
+    graph.EnableYIncludesZero(true);
+    graph.SetScaleMinimumY(200, false);
+    graph.UpdateGraph();
+    Expect_View(graph, {1 - 99 / 50.0, 1 - 199 / 50.0}, {100, 200}); // with margins
+}
+
+TEST(GraphMouse, ClickOrZoomBySize)
+{
+    const std::tuple<QPointF, QPointF, bool> rows[] = {
+        {{100, 100}, {100, 100}, false},     {{100, 100}, {110, 109}, false},
+        {{110, 109}, {100, 100}, false},     {{100, 100}, {110, 110}, true},
+        {{110, 110}, {100, 100}, true},      {{100, 110}, {110, 100}, true},
+        {{100, 100}, {109.6, 109.4}, false}, {{99.5, 99.5}, {110.4, 109.5}, true}, // rounded
+        {{100, 100}, {120, 100}, true}, // no height: as little as can be shown
+        {{-90, -5}, {110, 110}, true},  // from outside: starts in the corner
+    };
+    for (const auto& [press, release, zooms] : rows) {
+        SCOPED_TRACE(testing::Message() << press.x() << ", " << press.y() << " to " << release.x());
+        for (const int scales : {23, 32}) {
+            TGraph graph(DIAGONAL, scales);
+            const auto value = [&graph](const QPointF& at) {
+                return graph.Value({std::max(0.0, std::round(at.x())), std::max(0.0, std::round(at.y()))});
+            };
+            const TVector2 from = value(press);
+            const TVector2 to = value(release);
+            const double widening = from.y == to.y ? 0.000005 : 0.0;
+            const TVector2 low(std::min(from.x, to.x), std::min(from.y, to.y) - widening);
+            const TVector2 high(std::max(from.x, to.x), std::max(from.y, to.y) + widening);
+            graph.Drag(press, release, LEFT);
+            Expect_View(graph, zooms ? low : DIAGONAL[0], zooms ? high : DIAGONAL[1]);
+            EXPECT_EQ(graph.d_clicks.value(0), zooms ? QVariantList() : QVariantList({to.x, to.y}));
+        }
+    }
+}
+
+TEST(GraphMouse, RightButtonPansAndZoomsOut)
+{
+    for (const int scales : {22, 33}) {
+        TGraph graph(DIAGONAL, scales);
+        const TVector2 held = graph.Value({200, 200});
+        graph.Press({200, 200}, RIGHT);
+        for (const QPointF& pointer : {QPointF(210, 190), QPointF(260, 220), QPointF(150, 340)}) {
+            graph.Move(pointer, RIGHT);
+            EXPECT_TRUE(graph.d_painted_at_once) << "the view lags behind the pointer";
+            EXPECT_LT((graph.Mapping().Position(held) - graph.In_Area(pointer)).manhattanLength(), 1e-6);
+        }
+        const TVector2 low = graph.Low();
+        graph.Release({150, 340}, RIGHT);
+        EXPECT_EQ(graph.Low().x, low.x) << "a pan is no click";
+
+        graph.d_painted = QRegion();
+        graph.ScaleToFit();
+        QApplication::processEvents();
+        EXPECT_EQ(graph.d_painted, graph.rect());
+        Expect_View(graph, DIAGONAL[0], DIAGONAL[1]);
+        const QSize size = graph.Layout().graph.size();
+        const TVector2 corner = graph.Value({0, 0});
+        graph.Click({9, 9}, RIGHT); // what stood in the corner is a quarter of the way in, to the pixel
+        const QPointF moved = graph.Mapping().Position(corner) - graph.In_Area({0, 0});
+        EXPECT_NEAR(moved.x(), size.width() / 4.0, 1.0);
+        EXPECT_NEAR(moved.y(), size.height() / 4.0, 1.0);
+        for (int i = 0; i < 12 && scales == 22; ++i)
+            graph.Click({9, 9}, RIGHT);
+        EXPECT_LE(graph.High().x - graph.Low().x, 50 * 99 + 1e-6);
+        EXPECT_LE(graph.High().y - graph.Low().y, 50 * 99 + 1e-6);
+    }
+}
+
+TEST(GraphMouse, HoverTextAndCursor)
+{
+    TGraph graph(DIAGONAL, 22);
+    const QImage before = graph.Seen();
+    const int top = graph.Layout().horizontal_title.top();
+    const auto expect = [&](const QPointF& pointer, const char* text, bool answers) {
+        graph.Move(pointer, Qt::NoButton);
+        EXPECT_EQ(graph.Cursor_Position_Text(), text);
+        EXPECT_EQ(graph.d_painted, answers ? QRegion(0, top, 600, 400 - top) : QRegion()) << text;
+        EXPECT_EQ(graph.cursor().shape(), answers ? Qt::CrossCursor : Qt::ArrowCursor) << text;
+    };
+    expect({-1, 0}, "0.00000,   0.00000", false);
+    expect({0, 0}, "1.00000,   100.00000", true);
+    EXPECT_NE(graph.Seen(), before);
+    EXPECT_EQ(graph.Seen().copy(0, 0, 600, top), before.copy(0, 0, 600, top)) << "text over the graph";
+    graph.d_show_cursor_position = false;
+    expect({50, 50}, "1.00000,   100.00000", false);
+}
+
+TEST(GraphMouse, OnlyTheOutlineIsRepaintedAndNoneIsLeft)
+{
+    TGraph graph(DIAGONAL);
+    const QImage before = graph.Seen();
+    const auto outline = [&](int left, int top, int right, int bottom) {
+        const QRect box(graph.In_Area(QPointF(left, top)).toPoint(),
+                        QSize(right - left + 2, bottom - top + 2));
+        return QRegion(box) - QRegion(box.adjusted(1, 1, -1, -1));
+    };
+    graph.Press({100, 100}, LEFT);
+    graph.Move({150, 130}, LEFT);
+    EXPECT_EQ(graph.d_painted, outline(100, 100, 150, 130));
+    graph.Move({95, 105}, LEFT);
+    EXPECT_EQ(graph.d_painted, outline(100, 100, 150, 130) + outline(95, 100, 100, 105));
+    EXPECT_NE(graph.Seen(), before);
+    graph.Release({95, 105}, LEFT);
+    graph.Press({300, 200}, LEFT);
+    EXPECT_EQ(graph.Seen(), before);
+}
+
+TEST(GraphMouse, ButtonsTogetherAndReleasesWithoutAPress)
+{
+    TGraph graph(DIAGONAL);
+    graph.Press({100, 100}, LEFT);
+    graph.Send(QEvent::MouseButtonPress, {200, 100}, RIGHT, LEFT | RIGHT);
+    graph.Move({300, 160}, LEFT | RIGHT); // the left drag goes on, from where the right button was pressed
+    const TVector2 low = graph.Value({200, 160});
+    const TVector2 high = graph.Value({300, 100});
+    graph.Send(QEvent::MouseButtonRelease, {300, 160}, LEFT, RIGHT);
+    Expect_View(graph, low, high);
+    graph.Release({300, 160}, RIGHT); // never dragged: a click
+    EXPECT_GT(graph.High().x - graph.Low().x, 1.9 * (high.x - low.x));
+
+    TGraph other(DIAGONAL, 22);
+    other.Click({1, 1}, LEFT);
+    for (const TButton button : {LEFT, RIGHT, Qt::MiddleButton}) {
+        other.Move({100, 100}, button);
+        other.Move({200, 200}, button);
+        other.Release({200, 200}, button);
+    }
+    Expect_View(other, DIAGONAL[0], DIAGONAL[1]);
+    EXPECT_EQ(other.d_clicks.size(), 2); // no box was begun
+}
+
+TEST(GraphMouse, DirectRenderAndResizingKeepShowingAllTheData)
+{
+    TGraph direct(DIAGONAL, 22);
+    direct.d_direct_render = true;
+    const QImage before = direct.Seen();
+    for (const TButton button : {LEFT, RIGHT})
+        direct.Drag({10, 10}, {200, 200}, button);
+    direct.Click({10, 10}, RIGHT);
+    Expect_View(direct, DIAGONAL[0], DIAGONAL[1]);
+    EXPECT_EQ(direct.Seen(), before);
+    direct.Click({0, 0}, LEFT);
+    EXPECT_NEAR(direct.d_clicks.value(0).value(1).toDouble(), 100, 1e-9);
+
+    TGraph graph(DIAGONAL, 22);
+    for (const QSize& size : {QSize(500, 300), QSize(0, 0), QSize(300, 0), QSize(30, 600)}) {
+        for (const TButton button : {LEFT, RIGHT}) {
+            graph.Press({100, 100}, button);
+            graph.Move({300, 300}, button);
+            graph.resize(size);
+            graph.Drag({300, 300}, {200, 200}, button);
+            graph.resize(600, 400);
+        }
+    }
+    graph.Seen();
+    Expect_View(graph, DIAGONAL[0], DIAGONAL[1]);
 }

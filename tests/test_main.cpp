@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The frame of every test program: its own home directory, then the application object, then the tests.
 #include "openglwidget.h"
-
-#include <QApplication>
-#include <QSurfaceFormat>
-#include <QTemporaryDir>
-
-#include <gmock/gmock.h>
+#include "testing.h"
 
 int main(int argc, char* argv[])
 {

@@ -3,14 +3,10 @@
 #include "ballbarmeshes.h"
 #include "openglgeometryfactory.h"
 #include "openglvertexbuffer.h"
+#include "testing.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
 #include <cmath>
 #include <map>
-#include <string>
 
 using namespace BallBarMeshes;
 using TMesh = TOpenGLGeometryFactory::TMesh;
@@ -99,15 +95,29 @@ TEST(Meshes, BarsLookTheirLength)
         EXPECT_DOUBLE_EQ(Sphere_Radius(length), radius);
     for (const auto& [bars, level] : {std::pair{40U, 3}, {41U, 2}, {1001U, 1}, {20000U, 0}, {20001U, -1}})
         EXPECT_EQ(Level(bars), level);
+    EXPECT_EQ(Label_Position({0, 0, 100}, {500, 0, 100}).x, 500 + 1.5 * 25);
     const auto point = Build({1, 1, 1}, {1, 1, 1}, {}, 2); // its ends in one place, and no offset
     EXPECT_TRUE(point[ROD].empty() && point[STEMS].empty() && !point[SPHERES].empty());
+    for (const TVector3& end : {TVector3(500, 0, 100), {100, 400, 300}}) { // among very many bars
+        const auto sliver = Build({0, 0, 100}, end, {0, 0, -80}, -1);
+        EXPECT_TRUE(Is_Closed(sliver[ROD]) && Volume(sliver[ROD]) > 0 && sliver[SPHERES].empty());
+        Expect_Normals(sliver[ROD]);
+        EXPECT_FALSE(Build({0, 0, 100}, end, {0, 0, -80}, 0)[SPHERES].empty());
+    }
 
     const auto meshes = Build({0, 0, 100}, {500, 0, 100}, {0, 0, -80}, 3);
-    const auto lower = [](const auto& a, const auto& b) { return a.position.z < b.position.z; };
-    const double ruby = std::min_element(meshes[RUBIES].begin(), meshes[RUBIES].end(), lower)->position.z;
-    const double stem = std::max_element(meshes[STEMS].begin(), meshes[STEMS].end(), lower)->position.z;
-    EXPECT_NEAR(ruby, 100 + 25, 1e-9);           // on the sphere's top, the head being above
-    EXPECT_NEAR(stem, 100 + 25 + 10 + 80, 1e-9); // as long as the offset
+    const auto extent = [&](size_t slot, int axis) {
+        std::pair<double, double> range{1e9, -1e9};
+        for (const auto& vertex : meshes[slot]) {
+            range.first = std::min(range.first, vertex.position(axis));
+            range.second = std::max(range.second, vertex.position(axis));
+        }
+        return range;
+    };
+    EXPECT_NEAR(extent(RUBIES, 2).first, 100 + 25, 1e-9); // on the sphere's top, the head being above
+    EXPECT_NEAR(extent(STEMS, 2).second, 100 + 25 + 10 + 80, 1e-9); // as long as the offset
+    for (const auto slot : {RUBIES, STEMS})                         // at both ends
+        EXPECT_TRUE(extent(slot, 0).first < 0 && extent(slot, 0).second > 500);
 }
 
 TEST(Meshes, RegistryNeverReusesIdentifiers)

@@ -3,10 +3,6 @@
 #include "opengldisplay.h"
 #include "view_helpers.h"
 
-#include <QImage>
-#include <QRubberBand>
-
-#include <algorithm>
 #include <cmath>
 
 namespace
@@ -37,7 +33,7 @@ public:
         return (sight - (sight ^ axis) * axis).Normal();
     }
     void Add(int index, const TVector3& sphere1, const TVector3& sphere2, bool first_flag = false,
-             bool second_flag = false, const QString& name = QStringLiteral("bar"))
+             bool second_flag = false, const QString& name = "bar")
     {
         Add_BallBar({index, name, first_flag, false, second_flag, sphere1, sphere2,
                      BallBarMeshes::Label_Position(sphere1, sphere2), TVector3(0, 0, -8)});
@@ -98,11 +94,6 @@ int Count(const QImage& image, bool (*matches)(const QColor&))
     return count;
 }
 
-TSelectionItem Item(int kind, const TVector3& a, const TVector3& b)
-{
-    return {a, b, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, 0, kind};
-}
-
 } // namespace
 
 TEST_F(OpenGLDisplay, FirstPaintFitsAndResizingDoesNot)
@@ -111,6 +102,15 @@ TEST_F(OpenGLDisplay, FirstPaintFitsAndResizingDoesNot)
     Fit(&view);
     for (const TVector3& end : {TVector3(-400, 0, 0), {100, 500, 50}, view.d_TriadOrigin})
         EXPECT_TRUE(view.rect().contains(Pixel(&view, end).toPoint()));
+    view.Clear_BallBars();
+    Fit(&view);
+    const QImage box = view.grabFramebuffer();
+    const TVector3 triad = view.d_TriadOrigin;
+    for (const TVector3& on_line :
+         {TVector3(15, 0, 0), {0, 10, 0}, {0, 0, 10}, {15, 20, 20}, {30, 10, 20}, triad}) {
+        const QRect spot(Pixel(&view, on_line).toPoint() - QPoint(1, 1), QSize(3, 3));
+        EXPECT_GT(Count(box.copy(spot), [](const QColor& c) { return c.lightness() < 160; }), 1);
+    }
     const double scale = view.Camera().projection(5);
     view.resize(500, 400);
     Paint(&view);
@@ -136,6 +136,9 @@ TEST_F(OpenGLDisplay, ClicksReportThePointOnTheSurface)
     // Just beside the sphere the depth of what is near counts.
     Click(&view, Pixel(&view, CENTER) + QPointF(RADIUS / view.Pixel_Size() + 6, 0));
     EXPECT_EQ(items.size(), 11);
+    EXPECT_LT(Length(points.last() - CENTER), 2 * RADIUS);
+    Drag(&view, Qt::LeftButton, {Pixel(&view, CENTER), Pixel(&view, CENTER) + QPointF(1, 0)}); // trembles
+    EXPECT_EQ(items.size(), 12);
     EXPECT_DEATH(view.Get_GLPixel_Depth(601, 0), "XPixel < viewport\\[2\\]");
 }
 
@@ -157,40 +160,35 @@ TEST_F(OpenGLDisplay, WheelAndRightClickZoom)
 
 TEST_F(OpenGLDisplay, RightDragModes)
 {
-    const auto shift = Qt::ShiftModifier;
-    const auto control = Qt::ControlModifier;
-    const QVector<QPointF> path{{400, 250}, {400, 270}, {390, 300}};
-    const struct
-    {
-        bool rotate_2d, rotate_3d;
-        Qt::KeyboardModifiers modifiers;
-        char effect; ///< pan, turn, roll or none
-        QVector<QPointF> path;
-    } rows[] = {{false, false, {}, 'P', path},
-                {false, false, shift, 'R', path},
-                {false, false, control, 'T', path},
-                {true, false, {}, 'R', path},
-                {false, true, {}, 'T', path},
-                // Through the middle nothing turns, but it was no click either.
-                {true, false, {}, '-', {{302, 200}, {298, 200}}}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(&row - rows);
+    // Modes, modifiers, and the effect: pan, turn, roll or none.
+    const std::tuple<bool, bool, Qt::KeyboardModifiers, char> rows[] = {
+        {false, false, {}, 'P'},
+        {false, false, Qt::ShiftModifier, 'R'},
+        {false, false, Qt::ControlModifier, 'T'},
+        {true, false, {}, 'R'},
+        {false, true, {}, 'T'},
+        {true, false, {}, '-'}};
+    for (const auto& [rotate_2d, rotate_3d, modifiers, effect] : rows) {
+        SCOPED_TRACE(testing::Message() << effect << rotate_2d << rotate_3d);
         Fit(&view);
-        view.d_Rotate2dMode = row.rotate_2d;
-        view.d_Rotate3dMode = row.rotate_3d;
+        view.d_Rotate2dMode = rotate_2d;
+        view.d_Rotate3dMode = rotate_3d;
         const TCamera before = view.Camera();
-        Drag(&view, Qt::RightButton, row.path, row.modifiers);
+        if (effect == '-') // through the middle nothing turns, but it was no click either
+            Drag(&view, Qt::RightButton, {{302, 200}, {298, 200}}, modifiers);
+        else
+            Drag(&view, Qt::RightButton, {{400, 250}, {390, 270}, {390, 300}}, modifiers);
         const TCamera after = view.Camera();
         view.d_Rotate2dMode = view.d_Rotate3dMode = false;
         EXPECT_EQ(after.projection(0), before.projection(0)); // it was no click
-        EXPECT_EQ(after.model(0) == before.model(0), row.effect == 'P' || row.effect == '-');
+        EXPECT_EQ(after.model(0) == before.model(0), effect == 'P' || effect == '-');
         // The line of sight keeps its place in the model only when the turn is about it.
         const TVector3 sight = after.model * TVector3(0, 0, 1) - before.model * TVector3(0, 0, 1);
-        EXPECT_EQ(Length(sight) > 1e-6, row.effect == 'T');
-        if (row.effect == 'P') {
+        EXPECT_EQ(Length(sight) > 1e-6, effect == 'T');
+        if (effect == 'P') {
             EXPECT_NEAR(after.projection(12) - before.projection(12), -10.0 / 300, FLOAT);
             EXPECT_NEAR(after.projection(13) - before.projection(13), -50.0 / 200, FLOAT);
-        } else if (row.effect != '-') { // the surface point that was in the middle stays there
+        } else if (effect != '-') { // the surface point that was in the middle stays there
             const TVector3 center = view.d_RotationCenter * -1.0;
             EXPECT_NEAR(Length(center - CENTER), RADIUS, 3 * view.Pixel_Size());
             EXPECT_LT(QLineF(Pixel(&view, center), {300, 200}).length(), 1.5);
@@ -210,6 +208,9 @@ TEST_F(OpenGLDisplay, RubberBandZooms)
     EXPECT_FALSE(view.d_RubberBand->isVisible());
     EXPECT_NEAR(view.Camera().projection(5), before(5) * 400 / 80, FLOAT); // 80 pixels fill the height
     EXPECT_TRUE(items.isEmpty());
+    Fit(&view);
+    Click(&view, Pixel(&view, CENTER)); // is no second band
+    EXPECT_EQ(items.size(), 1);
 }
 
 TEST_F(OpenGLDisplay, MovingToAnotherWindowKeepsTheViewAlive)
@@ -235,25 +236,19 @@ TEST_F(OpenGLDisplay, MovingToAnotherWindowKeepsTheViewAlive)
 
 TEST_F(OpenGLDisplay, ColoursOfEveryState)
 {
-    const struct
-    {
-        bool first, second, selected;
-        TVector3 rod, spheres;
-        double alpha;
-    } rows[] = {{false, false, false, {0.1, 0.1, 0.1}, {0.6, 0.6, 0.6}, 1.0},
-                {false, false, true, {0, 0, 0.7}, {0.7, 0.7, 0.9}, 1.0},
-                {true, false, false, {0.7, 0, 0}, {0.9, 0.7, 0.7}, 1.0},
-                {true, false, true, {0.7, 0, 0.7}, {0.9, 0.7, 0.9}, 1.0},
-                {false, true, false, {0.01, 0.01, 0.01}, {0.06, 0.06, 0.06}, 0.1},
-                {false, true, true, {0, 0, 0.42}, {0.42, 0.42, 0.54}, 0.6},
-                {true, true, false, {0.07, 0, 0}, {0.09, 0.07, 0.07}, 0.1},
-                {true, true, true, {0.42, 0, 0.42}, {0.54, 0.42, 0.54}, 0.6}};
+    const std::tuple<TVector3, TVector3, double> rows[] = {
+        // plain, selected, flagged first, both; then the same see-through
+        {{0.1, 0.1, 0.1}, {0.6, 0.6, 0.6}, 1.0},       {{0, 0, 0.7}, {0.7, 0.7, 0.9}, 1.0},
+        {{0.7, 0, 0}, {0.9, 0.7, 0.7}, 1.0},           {{0.7, 0, 0.7}, {0.9, 0.7, 0.9}, 1.0},
+        {{0.01, 0.01, 0.01}, {0.06, 0.06, 0.06}, 0.1}, {{0, 0, 0.42}, {0.42, 0.42, 0.54}, 0.6},
+        {{0.07, 0, 0}, {0.09, 0.07, 0.07}, 0.1},       {{0.42, 0, 0.42}, {0.54, 0.42, 0.54}, 0.6}};
     const TVector3 half(15, 0, 0);
-    for (const auto& row : rows) {
-        SCOPED_TRACE(&row - rows);
+    for (int state = 0; state < 8; ++state) {
+        SCOPED_TRACE(state);
+        const auto& [rod_color, sphere_color, alpha] = rows[state];
         view.Clear_BallBars();
-        view.Add(3, CENTER - half, CENTER + half, row.first, row.second);
-        view.Set_Selection(row.selected ? 3 : 4);
+        view.Add(3, CENTER - half, CENTER + half, state & 2, state & 4);
+        view.Set_Selection(state & 1 ? 3 : 4);
         Fit(&view);
         const QImage picture = view.grabFramebuffer();
         const auto color = [&](const TVector3& p) { return picture.pixelColor(Pixel(&view, p).toPoint()); };
@@ -262,12 +257,12 @@ TEST_F(OpenGLDisplay, ColoursOfEveryState)
         const TVector3 on_rod = view.Front({1, 0, 0});
         const QColor sphere = color(CENTER - half + RADIUS * on_sphere);
         const QColor rod = color(CENTER + RADIUS / 2 * on_rod);
-        EXPECT_LT(Length(Colour_Error(sphere, row.spheres, row.alpha, 0.3, on_sphere)), 6);
-        EXPECT_LT(Length(Colour_Error(rod, row.rod, row.alpha, 0.1, on_rod)), 6);
+        EXPECT_LT(Length(Colour_Error(sphere, sphere_color, alpha, 0.3, on_sphere)), 6);
+        EXPECT_LT(Length(Colour_Error(rod, rod_color, alpha, 0.1, on_rod)), 6);
         // The probe shows on the selected bar alone, opaque in either case.
         const int red =
             Count(picture, [](const QColor& c) { return c.red() > 150 && c.green() + c.blue() < 130; });
-        EXPECT_EQ(red > 8, row.selected || (row.first && !row.second));
+        EXPECT_EQ(red > 8, (state & 1) || state == 2);
     }
 }
 
@@ -305,8 +300,8 @@ TEST_F(OpenGLDisplay, EveryBarCarriesItsLabel)
         EXPECT_EQ(picture.pixelColor(corner), QColor(236, 236, 236)); // 224 at 160/255 over white
         EXPECT_GT(Count(picture.copy(label), [](const QColor& c) { return c.lightness() < 100; }), 5);
     }
-    view.Add(4, {0, 0, 0}, {1e300, 0, 0}, false, false, QString(5000, QLatin1Char('W')));
-    view.Add(5, {0, 0, 0}, {0, 0, 0}, false, false, QString(5000, QLatin1Char('\n')));
+    view.Add(4, {0, 0, 0}, {1e300, 0, 0}, false, false, QString(5000, 'W'));
+    view.Add(5, {0, 0, 0}, {0, 0, 0}, false, false, QString(5000, '\n'));
     Fit(&view);
     EXPECT_TRUE(std::isnormal(view.Camera().projection(0)));
 }
@@ -315,23 +310,24 @@ TEST(OpenGLDisplayAlone, FindSelection)
 {
     TTestDisplay view;
     EXPECT_EQ(view.Find_Selection({0, 0, 0}), -1);
-    for (const auto& item : {Item(TSelectionItem::SEGMENT, {0, 0, 0}, {100, 0, 0}),
-                             Item(TSelectionItem::SEGMENT, {0, 40, 0}, {100, 40, 0}),
-                             Item(TSelectionItem::SEGMENT, {50, 0, 0}, {50, 0, 0}), // never hit
-                             Item(TSelectionItem::BOX, {200, 10, 10}, {100, -10, -10})})
-        view.AddSelectionItem(item);
-    const struct
-    {
-        TVector3 point;
-        int offset;
-    } rows[] = {{{10, 5, 0}, 0},  {{10, 900, 0}, 1},   // any distance
-                {{10, 20, 0}, 0},                      // on a tie the first
-                {{0, 0, 0}, -1},  {{100, 0, 0}, -1},   // on an end plane
-                {{150, 0, 0}, 3}, {{150, 10, 0}, -1}}; // in the box, on its face
-    for (const auto& row : rows)
-        EXPECT_EQ(view.Find_Selection(row.point), row.offset) << &row - rows;
+    const TVector3 axes[] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+    const auto add = [&](int kind, const TVector3& a, const TVector3& b, double x_size = 1.0) {
+        view.AddSelectionItem({a, b, axes[0] * x_size, axes[1], axes[2], 0, kind});
+    };
+    add(TSelectionItem::SEGMENT, {0, 0, 0}, {100, 0, 0});
+    add(TSelectionItem::SEGMENT, {0, 40, 0}, {100, 40, 0});
+    add(TSelectionItem::SEGMENT, {50, 0, 0}, {50, 0, 0}); // never hit
+    add(TSelectionItem::BOX, {200, 10, 10}, {100, -10, -10});
+    add(TSelectionItem::BOX, {300, 10, 10}, {200, -10, -10}, 0.0); // its directions get repaired
+    const std::pair<TVector3, int> rows[] = {{{10, 5, 0}, 0},  {{10, 900, 0}, 1},  // any distance
+                                             {{10, 20, 0}, 0},                     // on a tie the first
+                                             {{0, 0, 0}, -1},  {{100, 0, 0}, -1},  // on an end plane
+                                             {{150, 0, 0}, 3}, {{150, 10, 0}, -1}, // in the box, on its face
+                                             {{250, 0, 0}, 4}, {{150, 0, 90}, -1}};
+    for (const auto& [point, offset] : rows)
+        EXPECT_EQ(view.Find_Selection(point), offset) << point.x << ", " << point.y;
     EXPECT_DEATH(view.Selection_Item(-1), "!\\(offset < 0\\)");
-    EXPECT_DEATH(view.Selection_Item(4), "offset < static_cast<int>\\(d_SelectionItems.size\\(\\)\\)");
+    EXPECT_DEATH(view.Selection_Item(5), "offset < static_cast<int>\\(d_SelectionItems.size\\(\\)\\)");
 }
 
 TEST(OpenGLDisplayAlone, LabelsStandAtTheirPixelAtEveryRatio)
@@ -339,13 +335,17 @@ TEST(OpenGLDisplayAlone, LabelsStandAtTheirPixelAtEveryRatio)
     TCamera camera;
     camera.viewport[2] = 200;
     camera.viewport[3] = 100;
-    const TVector3 outside[3] = {{5, 5, 5}, {5, 5, 5}, {5, 5, 5}};
+    const TVector3 anchors[3] = {{-0.8, 0, 0}, {-0.5, 0, 0}, {0.7, 0, 0}};
     for (const int ratio : {1, 2}) {
         TLabelLayer labels;
-        labels.Add(QStringLiteral("name"), TVector3());
-        const QImage& image = labels.Paint(camera, outside, QFont(), ratio);
+        labels.Add("name", TVector3());
+        const QImage& image = labels.Paint(camera, anchors, QFont(), ratio);
         const QPoint corner = QPoint(100, 50) - ratio * QPoint(1, 1);
         EXPECT_EQ(qAlpha(image.pixel(corner)), 160);
         EXPECT_EQ(qAlpha(image.pixel(corner - QPoint(1, 1))), 0);
+        for (const TVector3& anchor : anchors) { // a letter stands on each
+            const QRect letter(static_cast<int>(100 + 100 * anchor.x), 50 - 9 * ratio, 9 * ratio, 9 * ratio);
+            EXPECT_GT(Count(image.copy(letter), [](const QColor& c) { return c.alpha() > 200; }), 3);
+        }
     }
 }

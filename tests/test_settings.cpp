@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "settings.h"
-
-#include <QFile>
-#include <QSettings>
-#include <QTemporaryDir>
-
-#include <gmock/gmock.h>
+#include "testing.h"
 
 namespace
 {
@@ -13,23 +8,18 @@ namespace
 /// All values of the settings in one comparable list.
 std::vector<double> Values(const TSettings& s)
 {
-    std::vector<double> values{s.tolerance_a, s.tolerance_b, s.tolerance_c, s.tolerance_d};
-    for (const int number : {s.position.x(), s.position.y(), s.size.width(), s.size.height(),
-                             s.graphic_height, s.analysis_height})
-        values.push_back(number);
-    const TMachineWidget::TDimensions& machine = s.machine;
-    values.insert(values.end(), &machine.x_min, &machine.z_max + 1); // six in a row
+    std::vector<double> values{s.tolerance_a,          s.tolerance_b,         s.tolerance_c,
+                               s.tolerance_d,          1.0 * s.position.x(),  1.0 * s.position.y(),
+                               1.0 * s.size.width(),   1.0 * s.size.height(), 1.0 * s.graphic_height,
+                               1.0 * s.analysis_height};
+    values.insert(values.end(), &s.machine.x_min, &s.machine.z_max + 1); // six in a row
     return values;
 }
 
 TSettings Read_From(const QByteArray& contents)
 {
     const QTemporaryDir directory;
-    QFile file(directory.filePath(QStringLiteral("settings.ini")));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(contents);
-    file.close();
-    return TSettings::Read(QSettings(file.fileName(), QSettings::IniFormat));
+    return TSettings::Read(QSettings(Write(directory.filePath("a.ini"), contents), QSettings::IniFormat));
 }
 
 } // namespace
@@ -37,15 +27,9 @@ TSettings Read_From(const QByteArray& contents)
 TEST(Settings, RoundTrip)
 {
     const QTemporaryDir directory;
-    QSettings store(directory.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
-    TSettings written;
-    written.position = {-7, 90};
-    written.size = {1234, 600};
-    written.graphic_height = 0;
-    written.analysis_height = 123;
-    written.tolerance_a = 0.1 + 0.2;
-    written.tolerance_d = 1e-17;
-    written.machine = {-1.5, 2.25, -3.125, 4, 5, 6};
+    QSettings store(directory.filePath("settings.ini"), QSettings::IniFormat);
+    const TSettings written{
+        {-7, 90}, {1234, 600}, 0, 123, 0.1 + 0.2, 3, 4, 1e-17, {-1.5, 2.25, -3.125, 4, 5, 6}};
     written.Write(&store);
     store.sync();
     EXPECT_EQ(Values(TSettings::Read(QSettings(store.fileName(), QSettings::IniFormat))), Values(written));
@@ -67,27 +51,26 @@ TEST(Settings, WhatMakesNoSenseKeepsItsDefault)
 
     const TSettings clamped = Read_From("[General]\nMainwindow_Position=@Point(2147483647 -2147483648)\n"
                                         "Mainwindow_Size=@Size(2147483647 2147483647)\nMachine_Max_X=1e300\n"
-                                        "Machine_Min_Z=-1e300\nGraphic_Window_Height=2147483647\n");
+                                        "Machine_Min_Z=-1e300\nGraphic_Window_Height=2147483647\n"
+                                        "Analysis_Window_Height=100000\n");
     EXPECT_EQ(QRect(clamped.position, clamped.size), QRect(100000, -100000, 100000, 100000));
     EXPECT_EQ(clamped.machine.x_max, 1e6);
     EXPECT_EQ(clamped.machine.z_min, -1e6);
-    EXPECT_EQ(clamped.graphic_height, 100000);
+    EXPECT_TRUE(clamped.graphic_height == 100000 &&
+                clamped.analysis_height == 100000); // not two closed panes
 }
 
 TEST(Settings, WindowGeometry)
 {
     const QRect fallback(30, 30, 1001, 801);
-    const struct
-    {
-        QRect stored, expected;
-    } rows[] = {
-        {{30, 30, 1001, 801}, {30, 30, 1001, 801}},
+    const std::pair<QRect, QRect> rows[] = {
+        {fallback, fallback},
         {{-100, 0, 1001, 801}, {0, 20, 901, 781}},
         {{1099, 600, 1001, 801}, {1099, 600, 501, 600}},
         {{1100, 600, 1001, 801}, fallback}, // 500 pixels are not enough
-        {{5000, 5000, 1001, 801}, fallback},
+        {{0, 700, 1001, 801}, fallback},
         {{0, 0, -5, -5}, fallback},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(Window_Geometry(row.stored, {0, 20, 1600, 1180}), row.expected) << row.stored.x();
+    for (const auto& [stored, expected] : rows)
+        EXPECT_EQ(Window_Geometry(stored, {0, 20, 1600, 1180}), expected) << stored.x();
 }

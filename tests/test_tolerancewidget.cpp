@@ -1,18 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "gui_test.h"
+#include "testing.h"
 #include "tolerancewidget.h"
-
-#include <QLineEdit>
-#include <QSignalSpy>
-#include <QSlider>
-#include <QTest>
-#include <QTextBrowser>
-#include <QToolButton>
 
 namespace
 {
 
-const QString pink = QStringLiteral("background-color: rgb(255, 151, 160);");
+const QString PINK = "background-color: rgb(255, 151, 160);";
 
 struct ToleranceWidget : testing::Test
 {
@@ -21,14 +14,17 @@ struct ToleranceWidget : testing::Test
     QToolButton& d_apply = Child<QToolButton>(d_panel, "apply");
     QSlider& d_slider = Child<QSlider>(d_panel, "sub_tolerance");
 
-    QString Result(const char* name) const { return Child<QLineEdit>(d_panel, name).text(); }
+    QString Results() const
+    {
+        return Child<QLineEdit>(d_panel, "measured_range").text() + " " +
+               Child<QLineEdit>(d_panel, "tolerance").text() + " " +
+               Child<QLineEdit>(d_panel, "sub_tolerance_range").text();
+    }
 
     void Set_Coefficients(double a, double b, double c, double d)
     {
-        d_panel.d_tolerance_a = a;
-        d_panel.d_tolerance_b = b;
-        d_panel.d_tolerance_c = c;
-        d_panel.d_tolerance_d = d;
+        d_panel.d_tolerance_a = a, d_panel.d_tolerance_b = b;
+        d_panel.d_tolerance_c = c, d_panel.d_tolerance_d = d;
         d_panel.Update();
     }
 };
@@ -37,20 +33,16 @@ struct ToleranceWidget : testing::Test
 
 TEST_F(ToleranceWidget, Grammar)
 {
-    const struct
-    {
-        QString text;
-        bool valid;
-        std::vector<double> values; ///< a, b, c, d and the tolerance at 2400 mm
-    } rows[] = {
+    // The text, whether it is valid, and a, b, c, d and the tolerance at 2400 mm.
+    const std::tuple<QString, bool, std::vector<double>> rows[] = {
         {"0.010", true, {0.01, 0, 0, 0, 0.01}},
         {" 1.0 ", true, {1, 0, 0, 0, 1}},
         {"0.012 + 0.006L/1000", true, {0.012, 0.006, 1000, 0, 0.012 + 0.006 * 2400 / 1000}},
         {"0.010 + 0.020L/1200 | 0.020", true, {0.01, 0.02, 1200, 0.02, 0.02}},
-        {"0.010 + 0.020L/1200 | 0.9", true, {0.01, 0.02, 1200, 0.9, 0.01 + 0.02 * 2400 / 1200}},
-        {"0.01+0.02l/1200", true, {0.01, 0.02, 1200, 0, 0.01 + 0.02 * 2400 / 1200}},
-        {"0.01  +  0.02 L / 1200", true, {0.01, 0.02, 1200, 0, 0.01 + 0.02 * 2400 / 1200}},
-        {"0.01 + 0.02,/1200", true, {0.01, 0.02, 1200, 0, 0.01 + 0.02 * 2400 / 1200}},
+        {"0.010 + 0.020L/1200 | 0.9", true, {0.01, 0.02, 1200, 0.9, 0.05}},
+        {"0.01+0.02l/1200", true, {0.01, 0.02, 1200, 0, 0.05}},
+        {"0.01  +  0.02 L / 1200", true, {0.01, 0.02, 1200, 0, 0.05}},
+        {"0.01 + 0.02,/1200", true, {0.01, 0.02, 1200, 0, 0.05}},
         {"0.01+0.02L/0.1", true, {0.01, 0.02, 0.1, 0, 0.01}},
         {"0.01+0.02L/123456789", true, {0.01, 0.02, 123456789, 0, 0.01 + 0.02 * 2400 / 123456789}},
         {"0.01+1.0L/0.2|0.5", true, {0.01, 1, 0.2, 0.5, 0.5}},
@@ -64,14 +56,15 @@ TEST_F(ToleranceWidget, Grammar)
         {"0.01+0.02L/1234567890", false, {0, 0, 0, 0, 0}},
         {"0.01|0.02", false, {0, 0, 0, 0, 0}},
         {"", false, {0, 0, 0, 0, 0}},
-        {QString(10000, QLatin1Char('1')), false, {0, 0, 0, 0, 0}},
+        {QString(10000, '1'), false, {0, 0, 0, 0, 0}},
     };
-    for (const auto& row : rows) {
+    for (const auto& [text, valid, expected] : rows) {
+        SCOPED_TRACE(text.left(40).toStdString());
         Set_Coefficients(0, 0, 0, 0);
-        EXPECT_EQ(d_panel.Analyze_Tolerance(row.text), row.valid) << row.text.left(40).toStdString();
+        EXPECT_EQ(d_panel.Analyze_Tolerance(text), valid);
         const std::vector<double> values{d_panel.d_tolerance_a, d_panel.d_tolerance_b, d_panel.d_tolerance_c,
                                          d_panel.d_tolerance_d, d_panel.Tolerance_Value(2400)};
-        EXPECT_EQ(values, row.values) << row.text.left(40).toStdString();
+        EXPECT_THAT(values, testing::Pointwise(testing::DoubleEq(), expected));
     }
     EXPECT_DOUBLE_EQ(d_panel.Tolerance_Limit_Position(0.010, 0.020, 1200, 0.020), 600);
     EXPECT_EQ(d_panel.Tolerance_Limit_Position(0.03, 0.020, 1200, 0.020), 0);
@@ -79,66 +72,56 @@ TEST_F(ToleranceWidget, Grammar)
 
 TEST_F(ToleranceWidget, ExpressionFromCoefficients)
 {
-    const struct
-    {
-        double a, b, c, d;
-        const char* text;
-        bool valid;
-    } rows[] = {
-        {0.012, 0.006, 1000, 0, "0.0120+0.0060L/1000", true},
-        {0.01, 0.02, 1200.04, 0.02, "0.0100+0.0200L/1200 | 0.0200", true},
-        {0.01, 0.00002, 1000, 0, "0.0100+0.0000L/1000", true},
-        {0.01, 0.00001, 1000, 0, "0.0100", true},
-        {0.01, 0.02, 1.0, 0, "0.0100", true},
-        {0.01, 0, 0, 0.02, "before", false}, // a limit without a length term is no expression
-        {1.5, 0.006, 1000, 0, "before", false},
-        {-0.5, 0.006, 1000, 0, "before", false},
-        {0.01, 0.006, 1e300, 0, "before", false},
+    const std::tuple<double, double, double, double, const char*> rows[] = {
+        {0.012, 0.006, 1000, 0, "0.0120+0.0060L/1000"},
+        {0.01, 0.02, 1200.04, 0.02, "0.0100+0.0200L/1200 | 0.0200"},
+        {0.01, 0.00002, 1000, 0, "0.0100+0.0000L/1000"},
+        {0.01, 0.00001, 1000, 0, "0.0100"},
+        {0.01, 0.02, 1.0, 0, "0.0100"},
+        {0.01, 0, 0, 0.02, "before"}, // a limit without a length term is no expression
+        {1.5, 0.006, 1000, 0, "before"},
+        {-0.5, 0.006, 1000, 0, "before"},
+        {0.01, 0.006, 1e300, 0, "before"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.text);
-        {
-            const QSignalBlocker blocker(d_expression);
-            d_expression.setText(QStringLiteral("before"));
-        }
-        Set_Coefficients(row.a, row.b, row.c, row.d);
-        EXPECT_EQ(d_expression.text(), QLatin1String(row.text));
-        EXPECT_EQ(d_expression.styleSheet(), row.valid ? QString() : pink);
+    for (const auto& [a, b, c, d, text] : rows) {
+        SCOPED_TRACE(text);
+        const QSignalBlocker blocker(d_expression);
+        d_expression.setText("before");
+        Set_Coefficients(a, b, c, d);
+        EXPECT_EQ(d_expression.text(), text);
+        EXPECT_EQ(d_expression.styleSheet(), d_expression.text() == "before" ? PINK : "");
         EXPECT_FALSE(d_apply.isEnabled());
     }
 }
 
 TEST_F(ToleranceWidget, EditingAndApplying)
 {
-    EXPECT_EQ(d_expression.text(), QStringLiteral("0.012 + 0.006L/1000"));
+    EXPECT_EQ(d_expression.text(), "0.012 + 0.006L/1000");
     Set_Coefficients(0.012, 0.006, 1000, 0);
     QSignalSpy tolerance_changed(&d_panel, &TToleranceWidget::Tolerance_Changed);
     QSignalSpy sub_tolerance_changed(&d_panel, &TToleranceWidget::Sub_Tolerance_Changed);
-
     d_slider.setValue(7);
     EXPECT_DOUBLE_EQ(d_panel.Sub_Tolerance_Percent(), 0.35);
     EXPECT_EQ(sub_tolerance_changed.count(), 1);
 
     d_expression.selectAll();
-    QTest::keyClicks(&d_expression, QStringLiteral("0.02x"));
-    EXPECT_EQ(d_expression.styleSheet(), pink);
-    EXPECT_EQ(d_expression.palette().color(QPalette::Text),
-              QColor(Qt::black)); // on pink, whatever the desktop
+    QTest::keyClicks(&d_expression, "0.02x");
+    EXPECT_EQ(d_expression.styleSheet(), PINK);
+    EXPECT_EQ(d_expression.palette().color(QPalette::Text), QColor(Qt::black)); // whatever the desktop
     EXPECT_FALSE(d_apply.isEnabled());
     EXPECT_EQ(d_panel.Tolerance_Value(1000), 0.0);
 
     QTest::keyClick(&d_expression, Qt::Key_Backspace);
-    EXPECT_EQ(d_expression.styleSheet(), QString());
+    EXPECT_EQ(d_expression.styleSheet(), "");
     EXPECT_TRUE(d_apply.isEnabled());
     EXPECT_EQ(d_panel.Tolerance_Value(1000), 0.02); // follows the text before it is applied
-
     d_slider.setValue(8);
     EXPECT_EQ(sub_tolerance_changed.count(), 1);
     EXPECT_EQ(tolerance_changed.count(), 0);
     QTest::mouseClick(&d_apply, Qt::LeftButton);
     EXPECT_EQ(tolerance_changed.count(), 1);
     EXPECT_FALSE(d_apply.isEnabled());
-    d_expression.setText(QStringLiteral("0.03"));
+    d_expression.setText("0.03");
     d_panel.Update();
     EXPECT_FALSE(d_apply.isEnabled());
 }
@@ -151,13 +134,15 @@ TEST_F(ToleranceWidget, ResultsAndHelp)
     d_slider.setValue(10);
     d_panel.Set_Results(0.00456, 1000);
     EXPECT_TRUE(group.isEnabled());
-    EXPECT_EQ(Result("measured_range") + Result("tolerance") + Result("sub_tolerance_range"),
-              QStringLiteral("0.00460.01800.0090"));
+    EXPECT_EQ(Results(), "0.0046 0.0180 0.0090");
     d_panel.Enable_Results(false);
     EXPECT_FALSE(group.isEnabled());
-    EXPECT_EQ(Result("measured_range") + Result("tolerance") + Result("sub_tolerance_range"), QString());
-
-    const QString text = Child<QTextBrowser>(d_panel, "help_text").toPlainText();
-    EXPECT_TRUE(
-        text.contains(QStringLiteral("as a single value.  The tolerance is independent"))); // two blanks
+    EXPECT_EQ(Results(), "  ");
+    auto& help = Child<QTextBrowser>(d_panel, "help_text");
+    bool shown = false;
+    QTimer::singleShot(0, &help, [&] { shown = help.isVisible(), help.window()->close(); });
+    Child<QToolButton>(d_panel, "help").click();
+    EXPECT_TRUE(shown);
+    const QString text = help.toPlainText();
+    EXPECT_TRUE(text.contains("as a single value.  The tolerance is independent")); // two blanks
 }

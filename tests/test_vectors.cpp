@@ -1,41 +1,33 @@
 // SPDX-License-Identifier: MIT
+#include "mat4.h"
+#include "testing.h"
 #include "vector2.h"
-#include "vector3.h"
 
-#include <gtest/gtest.h>
-
-#include <vector>
-
-namespace
-{
+#include <cmath>
 
 using TList = std::vector<double>;
 
-TList List(const TVector2& v)
+/// The components of a vector of either kind.
+template<typename TVector> TList List(const TVector& v)
 {
-    return {v.x, v.y};
+    return {&v.x, &v.x + sizeof v / sizeof v.x};
 }
-
-TList List(const TVector3& v)
-{
-    return {v.x, v.y, v.z};
-}
-
-} // namespace
 
 TEST(Vectors, Arithmetic)
 {
     const TVector2 a(5, 7);
     const TVector3 u(1, 2, 3);
     const TVector3 v(4, 5, 6);
-    const struct
-    {
-        TList result, expected;
-    } rows[] = {
+    TVector3 w(2, 4, 8);
+    w *= w; // the same object: unchanged
+    w /= w.x;
+    w(1) = 9;
+    const std::pair<TList, TList> rows[] = {
         {List(2.0 - a), {3, 5}}, // a scalar on the left is subtracted all the same
         {List(a - 2.0), {3, 5}},
         {List(2.0 + a), {7, 9}},
         {List(a - TVector2(1, 2)), {4, 5}},
+        {List(a + TVector2(1, 2)), {6, 9}},
         {List(2.0 * a / 4.0), {2.5, 3.5}},
         {List(u * v), {-3, 6, -3}},
         {List(10.0 - u), {-9, -8, -7}},
@@ -45,17 +37,13 @@ TEST(Vectors, Arithmetic)
         {List(TVector3(3, 0, 4).Normal()), {3.0 / 5, 0, 4.0 / 5}},
         {List(TVector2(-3, 4).Normal()), {-3.0 / 5, 4.0 / 5}},
         {{a ^ TVector2(2, 3), u ^ v, Length(TVector3(2, -3, 6))}, {31, 32, 7}},
+        {List(w), {1, 9, 4}},
+        {List(TVector2()), {0, 0}},
+        {List(TVector3()), {0, 0, 0}},
+        {{a(0), a(1), u(0), u(1), u(2)}, {5, 7, 1, 2, 3}},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(row.result, row.expected);
-
-    TVector3 w(2, 4, 8);
-    w *= w; // the same object: unchanged
-    w /= w.x;
-    w(1) = 9;
-    EXPECT_EQ(List(w), (TList{1, 9, 4}));
-    const TVector3 constant = w;
-    EXPECT_EQ(constant(0) + constant(1) + constant(2), 14);
+    for (const auto& [result, expected] : rows)
+        EXPECT_EQ(result, expected);
 }
 
 TEST(VectorsDeathTest, Misuse)
@@ -75,16 +63,29 @@ TEST(Vectors, PointInTriangle)
     const TVector2 a(0, 0);
     const TVector2 b(4, 0);
     const TVector2 c(0, 4);
-    const struct
-    {
-        TVector2 point;
-        bool inside;
-    } rows[] = {{{1, 1}, true},  {{2, 2}, true},  {{0, 0}, false},  {{2, 0}, false},
-                {{0, 2}, false}, {{3, 3}, false}, {{-1, 1}, false}, {{1, -1}, false}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(TVector2::Is_Point_In_Triangle(row.point, a, b, c), row.inside)
-            << row.point.x << row.point.y;
-        EXPECT_EQ(TVector2::Is_Point_In_Triangle(row.point, a, c, b), row.inside)
-            << row.point.x << row.point.y;
+    for (const TVector2& p : {TVector2(1, 1), {2, 2}, {0, 0}, {2, 0}, {0, 2}, {3, 3}, {-1, 1}, {1, -1}}) {
+        const bool inside = p.x > 0 && p.y > 0 && p.x < 3;
+        EXPECT_EQ(TVector2::Is_Point_In_Triangle(p, a, b, c), inside) << p.x << ", " << p.y;
+        EXPECT_EQ(TVector2::Is_Point_In_Triangle(p, a, c, b), inside) << p.x << ", " << p.y;
     }
+}
+
+TEST(Mat4, RotatesAgainstTheRightHand)
+{
+    const double third = 2 * std::acos(-1.0) / 3;
+    TMat4 oblique; // a third of a turn about the diagonal takes z to y
+    oblique.Rotate(TVector3(1, 1, 1).Normal(), third);
+    EXPECT_NEAR(Length(oblique * TVector3(1, 2, 3) - TVector3(2, 3, 1)), 0.0, 1e-14);
+    TMat4 euler, turns;
+    euler.Rotate(0.3, 0.5, 0.7);
+    for (const auto& [axis, angle] : {std::pair(TVector3(0, 0, 1), 0.5), {{1, 0, 0}, 0.3}, {{0, 0, 1}, 0.7}})
+        turns.Rotate(axis, angle);
+    for (int i = 0; i < 16; ++i)
+        EXPECT_NEAR(euler(i), turns(i), 1e-15) << "element " << i;
+    TMat4 same(turns);
+    same *= same;
+    EXPECT_EQ(same(0), turns(0)); // never squares itself
+    TMat4 moved;                  // applied after the rotation, in that order
+    moved(3) = 5;
+    EXPECT_NEAR(Length(oblique * moved * TVector3(1, 2, 3) - TVector3(7, 3, 1)), 0.0, 1e-14);
 }

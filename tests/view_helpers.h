@@ -3,14 +3,7 @@
 #pragma once
 
 #include "openglwidget.h"
-
-#include <QApplication>
-#include <QMouseEvent>
-#include <QSignalSpy>
-#include <QTest>
-#include <QWheelEvent>
-
-#include <gtest/gtest.h>
+#include "testing.h"
 
 inline void Paint(QOpenGLWidget* view)
 {
