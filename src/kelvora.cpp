@@ -1,71 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "kelvora.h"
 
+#include "analysispane.h"
 #include "databasedialog.h"
-#include "graphwidget.h"
 #include "icons.h"
 #include "machinewidget.h"
 #include "measurementwidget.h"
 #include "messagebox.h"
 #include "opengldisplaywidget.h"
+#include "panelarea.h"
 #include "panellayout.h"
 #include "report.h"
-#include "reportwidget.h"
 #include "tolerancewidget.h"
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QDir>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QGuiApplication>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QScreen>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QSettings>
 #include <QSplitter>
-#include <QTabWidget>
 #include <QToolBar>
-
-namespace
-{
-
-/// Lets a panel be as high as it likes and yet shrink with the window: on a small screen the panels are
-/// higher than the window may be.
-class TPanelArea : public QScrollArea
-{
-public:
-    explicit TPanelArea(QWidget* panel)
-    {
-        setFrameShape(QFrame::NoFrame);
-        setFocusPolicy(Qt::NoFocus); // it follows the field that has the focus
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        setWidgetResizable(true);
-        setWidget(panel);
-    }
-
-    QSize sizeHint() const override { return widget()->sizeHint(); }
-
-    QSize minimumSizeHint() const override
-    {
-        return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(), 0};
-    }
-};
-
-} // namespace
 
 TKelvora::TKelvora(QWidget const* parent, QFlags<Qt::WindowType> flags)
     : QMainWindow(const_cast<QWidget*>(parent), flags)
 {
     setAcceptDrops(true);
     setWindowTitle(tr("Kelvora"));
-    Create_Settings_Directory();
+    d_settings_directory = Settings_Directory();
+    d_working_directory = d_settings_directory;
     d_settings = new QSettings(d_settings_directory + QStringLiteral("/kelvora_settings.ini"),
                                QSettings::IniFormat, this);
     Create_Actions();
@@ -77,16 +45,6 @@ TKelvora::TKelvora(QWidget const* parent, QFlags<Qt::WindowType> flags)
     Create_Dialogs();
     Update_Actions();
     Connect_Signals();
-}
-
-void TKelvora::Create_Settings_Directory()
-{
-    const QString name = QStringLiteral(".kelvora");
-    QDir directory = QDir::home();
-    if (!directory.exists(name))
-        directory.mkdir(name);
-    d_settings_directory = directory.absoluteFilePath(name);
-    d_working_directory = d_settings_directory;
 }
 
 void TKelvora::Create_Actions()
@@ -130,51 +88,10 @@ void TKelvora::Create_Central_Widget()
     d_splitter->setObjectName(QStringLiteral("splitter"));
     d_display = new TOpenGLDisplayWidget(d_splitter);
     d_splitter->addWidget(d_display);
-    d_splitter->addWidget(Create_Analysis_Pane());
+    d_analysis = new TAnalysisPane(d_splitter);
+    d_splitter->addWidget(d_analysis);
     Create_Grid(central)->addWidget(d_splitter, 0, 0);
     setCentralWidget(central);
-}
-
-QWidget* TKelvora::Create_Analysis_Pane()
-{
-    d_graph = new TGraphWidget(this);
-    d_graph->setObjectName(QStringLiteral("histogram"));
-    d_graph->setMinimumHeight(100);
-    d_graph->d_default_graph_type = TGraphWidget::GRAPH_BAR;
-    d_graph->d_horizontal_scale_type = 1;
-    d_graph->d_vertical_scale_type = 2;
-    d_graph->d_direct_render = true;
-    d_graph->d_graph_title = tr("Measurement Distribution");
-    d_graph->setAccessibleName(d_graph->d_graph_title);
-    d_graph->d_horizontal_title = tr("Ball Bar Length");
-    d_graph->d_vertical_title = tr("Quantity");
-
-    d_report = new TReportWidget(this);
-    d_report->setObjectName(QStringLiteral("report"));
-
-    d_analysis_tabs = new QTabWidget(this);
-    d_analysis_tabs->setObjectName(QStringLiteral("analysis_tabs"));
-    d_analysis_tabs->setTabPosition(QTabWidget::West);
-    d_analysis_tabs->setUsesScrollButtons(false); // with large letters the second tab would hide behind them
-    d_analysis_tabs->addTab(d_graph, tr("Histogram"));
-    d_analysis_tabs->addTab(d_report, tr("Analysis"));
-
-    auto* notice = new QLabel(tr("© 2026 The Kelvora authors"), this);
-    QFont notice_font = notice->font();
-    notice_font.setPointSize(8);
-    notice_font.setItalic(true);
-    notice->setFont(notice_font);
-
-    auto* logo = new QLabel(this);
-    logo->setFixedSize(100, 40);
-    logo->setPixmap(QPixmap(QStringLiteral(":/images/logo.png")));
-
-    auto* pane = new QWidget(this);
-    QGridLayout* layout = Create_Grid(pane);
-    layout->addWidget(d_analysis_tabs, 0, 0, 1, 2);
-    layout->addWidget(notice, 1, 0, Qt::AlignLeft | Qt::AlignBottom);
-    layout->addWidget(logo, 1, 1);
-    return pane;
 }
 
 void TKelvora::Create_Docks()
@@ -187,11 +104,6 @@ void TKelvora::Create_Docks()
     Add_Dock(d_tolerance_widget, tr("Tolerance"), "tolerance_dock", Qt::LeftDockWidgetArea);
     // Just wide enough to read: the room belongs to the 3-D view and the histogram.
     resizeDocks(findChildren<QDockWidget*>(), {260, 200, 260}, Qt::Horizontal);
-
-    // A file dropped on a field is a measurement like anywhere else in the window, not a text to insert.
-    const auto fields = findChildren<QLineEdit*>();
-    for (QLineEdit* field : fields)
-        field->setAcceptDrops(false);
 }
 
 void TKelvora::Add_Dock(QWidget* panel, const QString& title, const char* object_name,
@@ -265,7 +177,7 @@ void TKelvora::Connect_Signals()
     connect(d_tolerance_widget, &TToleranceWidget::Sub_Tolerance_Changed, this, &TKelvora::Tolerance_Changed);
     connect(d_machine_widget, &TMachineWidget::Update_Machine, this, &TKelvora::Machine_Volume_Changed);
     connect(d_display, &TOpenGLDisplayWidget::Ballbar_Item_Clicked, this, &TKelvora::Select_Position);
-    connect(d_report, &TReportWidget::Line_Clicked, this, &TKelvora::Report_Line_Clicked);
+    connect(d_analysis, &TAnalysisPane::Position_Clicked, this, &TKelvora::Select_Position);
     connect(d_database_dialog, &TDatabaseDialog::Load_From_Database, this, &TKelvora::Load_From_Database);
 }
 
@@ -321,20 +233,15 @@ void TKelvora::Update_Actions()
 void TKelvora::Clear_Display()
 {
     d_display->Clear_BallBars();
-    d_graph->DeleteDataSets();
-    d_report->clear();
-    d_first_position_line = -1;
     d_display->Update(false);
-    d_graph->UpdateGraph();
+    d_analysis->Clear();
     d_measurement_widget->Enable_Display(false);
     d_tolerance_widget->Enable_Results(false);
 }
 
 void TKelvora::Show_Error(const QString& text)
 {
-    d_report->appendPlainText(QStringLiteral("ERR:  %1").arg(text));
-    d_report->moveCursor(QTextCursor::End);
-    d_analysis_tabs->setCurrentWidget(d_report); // behind the histogram nobody would read it
+    d_analysis->Append(QStringLiteral("ERR:  %1").arg(text));
 }
 
 void TKelvora::Menu_New()
@@ -423,24 +330,10 @@ void TKelvora::Ballbar_Item_Clicked(int index)
         d_measurement_widget->Enable_Display(false);
         return;
     }
-    const Types::TBallbar_Item item = d_ballbar_data.Ballbar_Item(index);
-    const double length = item.Length();
-    d_measurement_widget->Enable_Display(true);
-    d_measurement_widget->Set_Position_Name(item.name);
-    d_measurement_widget->Set_Length(length);
-    d_measurement_widget->Set_Mean_Deviation(length - d_ballbar_data.Mean_Length());
-    d_measurement_widget->Set_Median_Deviation(length - d_ballbar_data.Median_Length());
-    d_measurement_widget->Set_Sphere1(item.sph1, item.sph1_form);
-    d_measurement_widget->Set_Sphere2(item.sph2, item.sph2_form);
-    d_measurement_widget->Set_Probe(item.tool);
+    d_measurement_widget->Show_Position(d_ballbar_data.Ballbar_Item(index), d_ballbar_data.Mean_Length(),
+                                        d_ballbar_data.Median_Length());
     d_display->Clear_Selection();
     d_display->Set_Selection(index);
-}
-
-void TKelvora::Report_Line_Clicked(int line)
-{
-    if (d_first_position_line >= 0 && line >= d_first_position_line)
-        Select_Position(line - d_first_position_line);
 }
 
 void TKelvora::Select_Position(int index)
@@ -473,11 +366,9 @@ void TKelvora::Update_Display(bool reset_view)
 
     d_tolerance_widget->Set_Results(d_ballbar_data.Maximum_Length() - d_ballbar_data.Minimum_Length(),
                                     d_ballbar_data.Median_Length());
-    d_report->setPlainText(report.text); // leaves the cursor, and so the view, at the start
-    d_first_position_line = report.first_position_line;
+    d_analysis->Show_Report(report);
     Show_Bars(report);
     d_display->Update(reset_view);
-    Show_Histogram(report.histogram);
     d_measurement_widget->Enable_Display(false);
 }
 
@@ -490,15 +381,4 @@ void TKelvora::Show_Bars(const TReport& report)
         d_display->Add_BallBar(index++, item.name, item.sph1, item.sph2, item.tool, flags.outside_tolerance,
                                flags.inside_sub_tolerance);
     }
-}
-
-void TKelvora::Show_Histogram(const THistogram& histogram)
-{
-    if (histogram.bars.empty())
-        return; // a range too small to graph leaves the last histogram in place
-    d_graph->DeleteDataSets();
-    d_graph->AddPoints(d_graph->CreateDataSet(QColor(0, 0, 255), TGraphWidget::GRAPH_DEFAULT),
-                       histogram.bars);
-    d_graph->AddPoints(d_graph->CreateDataSet(QColor(255, 0, 0), TGraphWidget::GRAPH_LINE), histogram.band);
-    d_graph->ScaleToFit();
 }

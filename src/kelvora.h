@@ -9,16 +9,13 @@
 class QAction;
 class QSettings;
 class QSplitter;
-class QTabWidget;
+class TAnalysisPane;
 class TDatabaseDialog;
-class TGraphWidget;
 class TMachineWidget;
 class TMeasurementWidget;
 class TMessageBox;
 class TOpenGLDisplayWidget;
-class TReportWidget;
 class TToleranceWidget;
-struct THistogram;
 struct TReport;
 
 /// The main window. It builds and connects the parts and hands the measurement set to them; what it shows is
@@ -73,7 +70,6 @@ private:
     QAction* d_add_to_database_action;
 
     QSplitter* d_splitter;
-    TReportWidget* d_report;
     TToleranceWidget* d_tolerance_widget;
     TMeasurementWidget* d_measurement_widget;
     TMachineWidget* d_machine_widget;
@@ -81,22 +77,18 @@ private:
     TMessageBox* d_message_box;
     QSettings* d_settings;
     TOpenGLDisplayWidget* d_display;
-    TGraphWidget* d_graph;
-    QTabWidget* d_analysis_tabs;
+    TAnalysisPane* d_analysis;
 
     TBallBarData d_ballbar_data;
     QString d_settings_directory;
-    QString d_working_directory;   ///< where the import dialog opens
-    int d_first_position_line{-1}; ///< line of the report that lists position 0; -1 without a report
+    QString d_working_directory; ///< where the import dialog opens
 
     bool d_set_shown{false};   ///< there is something that New would clear
     bool d_set_unsaved{false}; ///< the set on display came from a file and is not in the database
 
-    void Create_Settings_Directory();
     void Create_Actions();
     void Create_Tool_Bar();
     void Create_Central_Widget();
-    QWidget* Create_Analysis_Pane();
     void Create_Docks();
     void Add_Dock(QWidget* panel, const QString& title, const char* object_name, Qt::DockWidgetArea area);
     void Create_Menus();
@@ -111,7 +103,5 @@ private:
     /// Appends "ERR:  " and the text to the report and brings it to the user's eyes.
     void Show_Error(const QString& text);
     void Show_Bars(const TReport& report);
-    void Show_Histogram(const THistogram& histogram);
-    void Report_Line_Clicked(int line);
     void Select_Position(int index);
 };

@@ -106,6 +106,19 @@ void TMeasurementWidget::Enable_Display(bool state)
         field->clear();
 }
 
+void TMeasurementWidget::Show_Position(const Types::TBallbar_Item& position, double mean, double median)
+{
+    const double length = position.Length();
+    Enable_Display(true);
+    Set_Position_Name(position.name);
+    Set_Length(length);
+    Set_Mean_Deviation(length - mean);
+    Set_Median_Deviation(length - median);
+    Set_Sphere1(position.sph1, position.sph1_form);
+    Set_Sphere2(position.sph2, position.sph2_form);
+    Set_Probe(position.tool);
+}
+
 void TMeasurementWidget::Set_Position_Name(const QString& name)
 {
     d_name_edit->setText(name);

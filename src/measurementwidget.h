@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "vector3.h"
+#include "types.h"
 
 #include <QWidget>
 
@@ -19,6 +19,9 @@ public:
 
     /// Enables the panel, or disables it and clears every field.
     void Enable_Display(bool state);
+
+    /// Enables the panel and shows a position of a set with that mean and that median length.
+    void Show_Position(const Types::TBallbar_Item& position, double mean, double median);
 
     void Set_Position_Name(const QString& name);
     void Set_Length(const double& length);

@@ -3,9 +3,8 @@
 
 #include "numbers.h"
 
+#include <QDir>
 #include <QSettings>
-
-#include <cmath>
 
 namespace
 {
@@ -93,6 +92,15 @@ void TSettings::Write(QSettings* store) const
     store->setValue(QStringLiteral("Machine_Max_Y"), machine.y_max);
     store->setValue(QStringLiteral("Machine_Min_Z"), machine.z_min);
     store->setValue(QStringLiteral("Machine_Max_Z"), machine.z_max);
+}
+
+QString Settings_Directory()
+{
+    const QString name = QStringLiteral(".kelvora");
+    QDir home = QDir::home();
+    if (!home.exists(name))
+        home.mkdir(name);
+    return home.absoluteFilePath(name);
 }
 
 QRect Window_Geometry(const QRect& stored, const QRect& available)

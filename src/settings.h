@@ -31,6 +31,10 @@ struct TSettings
     void Write(QSettings* store) const;
 };
 
+/// The directory of the user's settings and database, ".kelvora" in the home directory; made where it is
+/// missing.
+QString Settings_Directory();
+
 /// The place of the main window at start: the part of `stored` on the screen's `available` area, or the
 /// default place where that part is not more than 500 pixels wide and high.
 QRect Window_Geometry(const QRect& stored, const QRect& available);

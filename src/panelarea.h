@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QScrollArea>
+
+/// Shows one panel of the window: as high as the panel likes, and with a scroll bar where the window is
+/// lower. A file dropped on a field of the panel goes on to the window, which imports it.
+class TPanelArea : public QScrollArea
+{
+public:
+    /// Takes over `panel`.
+    explicit TPanelArea(QWidget* panel);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+};
