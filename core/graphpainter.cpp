@@ -383,8 +383,13 @@ void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGra
         return;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
-    Draw_Vertical_Ticks(painter, layout, mapping.d_vertical, legend.vertical);
-    Draw_Horizontal_Ticks(painter, layout, mapping.d_horizontal, legend.horizontal);
+    if (legend.empty) {
+        painter.setPen(INK);
+        painter.drawText(layout.graph, Qt::AlignCenter | Qt::TextWordWrap, legend.empty_text);
+    } else {
+        Draw_Vertical_Ticks(painter, layout, mapping.d_vertical, legend.vertical);
+        Draw_Horizontal_Ticks(painter, layout, mapping.d_horizontal, legend.horizontal);
+    }
 
     // Just outside the plotting area, where no data can hide it.
     painter.setPen(FRAME);
@@ -421,7 +426,7 @@ void Draw_Graph_Line(QPainter& painter, const TGraphMapping& mapping, const std:
 }
 
 void Draw_Graph_Bars(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
-                     const QColor& color, int half_width)
+                     const QColor& color, const TGraphBarWidth& width)
 {
     const int zero_row = Whole_Pixel(mapping.d_vertical.Position(0.0));
     for (const TVector2& point : points) {
@@ -432,7 +437,10 @@ void Draw_Graph_Bars(QPainter& painter, const TGraphMapping& mapping, const std:
             continue;
         const int top = std::min(pixel.y(), zero_row - 1);
         const int bottom = std::max(pixel.y(), zero_row - 1);
-        painter.fillRect(QRect(pixel.x() - half_width, top, 2 * half_width, bottom - top + 1), color);
+        const auto edge = [&](double x) { return Whole_Pixel(mapping.d_horizontal.Position(x)); };
+        const int left = std::max(pixel.x() - width.half, edge(point.x - width.largest / 2.0));
+        const int right = std::min(pixel.x() + width.half, edge(point.x + width.largest / 2.0));
+        painter.fillRect(left, top, std::max(1, right - left), bottom - top + 1, color);
     }
 }
 

@@ -38,6 +38,8 @@ struct TGraphLegend
     TGraphLabelFormat horizontal;
     TGraphLabelFormat vertical;
     int cursor_text_width{0}; ///< pixels kept free on the left of the horizontal title
+    bool empty{false};        ///< without data there are no numbers, but a text in the middle
+    QString empty_text;
 };
 
 /// Draws grid, frame, ticks, tick labels and titles. Text that finds no room is shortened or made smaller.
@@ -56,9 +58,16 @@ void Draw_Fitted_Text(QPainter& painter, const QRect& room, int alignment, const
 void Draw_Graph_Line(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
                      const QColor& color);
 
-/// Bars from each point to y = 0, `half_width` pixels to both sides.
+/// How wide bars are.
+struct TGraphBarWidth
+{
+    int half{1};         ///< pixels to both sides of the point,
+    double largest{0.0}; ///< but no more than this in all, data units
+};
+
+/// Bars from each point to y = 0.
 void Draw_Graph_Bars(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
-                     const QColor& color, int half_width);
+                     const QColor& color, const TGraphBarWidth& width);
 
 void Draw_Graph_Crosses(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
                         const QColor& color, const QRect& graph);

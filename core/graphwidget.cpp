@@ -193,13 +193,7 @@ void TGraphWidget::Update_Viewport_To_Data()
     scaling.y_symmetric = d_y_scale_symmetric;
     scaling.lock_aspect = d_lock_aspect;
     scaling.y_minimum = d_y_scale_minimum;
-
-    if (!d_range) {
-        d_range.emplace();
-        for (const TDataSet& set : d_data_sets)
-            d_range->Add(set.dataset_points);
-    }
-    d_view.mapping.Fit_To_Data(*d_range, scaling, d_view.layout.graph);
+    d_view.mapping.Fit_To_Data(Data_Range(), scaling, d_view.layout.graph);
 }
 
 void TGraphWidget::Update_Viewport_To_Rect(const QRect& rect)
@@ -411,6 +405,16 @@ void TGraphWidget::changeEvent(QEvent* event)
     }
 }
 
+const TGraphRange& TGraphWidget::Data_Range()
+{
+    if (!d_range) {
+        d_range.emplace();
+        for (const TDataSet& set : d_data_sets)
+            d_range->Add(set.dataset_points);
+    }
+    return *d_range;
+}
+
 void TGraphWidget::Update_Layout()
 {
     d_view.layout = Graph_Layout(size(), fontMetrics().height());
@@ -479,6 +483,8 @@ void TGraphWidget::Draw_Legend(QPainter& painter)
     legend.vertical_title = d_vertical_title;
     legend.horizontal_title = d_horizontal_title;
     legend.graph_title = d_graph_title;
+    legend.empty = Data_Range().d_empty;
+    legend.empty_text = d_empty_text;
     legend.cursor_text_width = d_show_cursor_position ? Cursor_Text_Width(painter) : 0;
     Draw_Graph_Legend(painter, d_view.layout, d_view.mapping, legend);
 }
@@ -506,7 +512,8 @@ void TGraphWidget::Draw_Data_Set(QPainter& painter, const TDataSet& set) const
     case GRAPH_BAR: {
         const int parts = d_horizontal_scale_type == GRAPH_SCALE_LOG10 ? 4 : 2;
         const int room = d_view.layout.graph.width() / (parts * static_cast<int>(points.size()));
-        Draw_Graph_Bars(painter, d_view.mapping, points, set.dataset_color, std::max(1, room - 1));
+        Draw_Graph_Bars(painter, d_view.mapping, points, set.dataset_color,
+                        {std::max(1, room - 1), d_largest_bar_width});
         break;
     }
     case GRAPH_CROSS:

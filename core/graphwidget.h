@@ -10,6 +10,7 @@
 #include <QString>
 #include <QWidget>
 
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -56,6 +57,12 @@ public:
 
     bool d_lock_aspect{false};         ///< as many data units per pixel on both axes
     bool d_show_cursor_position{true}; ///< show the data coordinates under the pointer
+
+    /// What a graph without any point says in place of its numbers.
+    QString d_empty_text;
+
+    /// No bar is wider than this, data units. The distance of evenly spaced points keeps their bars apart.
+    double d_largest_bar_width{std::numeric_limits<double>::infinity()};
 
     explicit TGraphWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
 
@@ -184,6 +191,8 @@ private:
 
     const std::vector<TVector2>& Points_Of_Set(int set) const;
     std::vector<TVector2>& Changing_Points(int set);
+
+    const TGraphRange& Data_Range();
 
     void Update_Layout();
     void Draw_Background_Pixmap();

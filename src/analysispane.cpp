@@ -72,6 +72,7 @@ void TAnalysisPane::Show_Report(const TReport& report)
     if (report.histogram.bars.empty())
         return;
     d_graph->DeleteDataSets();
+    d_graph->d_largest_bar_width = report.histogram.bin_width;
     d_graph->AddPoints(d_graph->CreateDataSet(Qt::blue, TGraphWidget::GRAPH_DEFAULT), report.histogram.bars);
     d_graph->AddPoints(d_graph->CreateDataSet(Qt::red, TGraphWidget::GRAPH_LINE), report.histogram.band);
     d_graph->ScaleToFit();

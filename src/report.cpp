@@ -178,6 +178,7 @@ THistogram Build_Histogram(const TBallBarData& data, double tolerance)
     const TBins bins = Count_Bins(data, bin_width);
 
     THistogram histogram;
+    histogram.bin_width = bin_width;
     histogram.bars.emplace_back(data.Mean_Length(), 0.0);
     for (int bin = 0; bin < bin_count; ++bin)
         histogram.bars.emplace_back(Bin_Center(data, bin_width, bin), bins[static_cast<size_t>(bin)]);

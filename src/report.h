@@ -19,6 +19,7 @@ struct TPositionFlags
 struct THistogram
 {
     std::vector<TVector2> bars; ///< (mean, 0), then the centre and count of each bin
+    double bin_width{0.0};      ///< distance of the centres
     std::vector<TVector2> band; ///< the outline of the tolerance band, from its lower left corner
 };
 
