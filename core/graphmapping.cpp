@@ -16,6 +16,7 @@ constexpr double LARGEST_VALUE = 1e300;
 
 // What is closer to zero counts as zero on logarithmic axes.
 constexpr double SMALLEST_POSITIVE = 1e-300;
+constexpr double LARGEST_EXPONENT = 299.0; // either way
 
 // The power of ten below the value, so that the value itself stands clear of the axis.
 double Decade_Below(double value)
@@ -60,13 +61,33 @@ void Fit_Axis(TGraphAxis& axis, double first, double second, double data_extent)
     axis.Show(low, high);
 }
 
+// Shows what a logarithmic axis shows between two pixels.
+void Zoom_Log10(TGraphAxis& axis, double first, double second, double data_decades)
+{
+    const double low = axis.Exponent(first);
+    const double high = axis.Exponent(second);
+    const double half =
+        std::min({std::abs(high - low), LARGEST_ZOOM_OUT * data_decades, 2.0 * LARGEST_EXPONENT}) / 2.0;
+    const double centre = std::clamp((low + high) / 2.0, half - LARGEST_EXPONENT, LARGEST_EXPONENT - half);
+    Fit_Axis(axis, std::pow(10.0, centre - half), std::pow(10.0, centre + half), LARGEST_VALUE);
+}
+
+void Zoom_Axis(TGraphAxis& axis, double first, double second, double data_extent, double data_decades)
+{
+    if (axis.d_logarithmic)
+        Zoom_Log10(axis, first, second, data_decades);
+    else
+        Fit_Axis(axis, axis.Value(first), axis.Value(second), data_extent);
+}
+
 void Include_Zero(TGraphRange& range, const TGraphScaling& scaling)
 {
     if (!scaling.y_includes_zero)
         return;
-    range.d_y_max = std::max(range.d_y_max, scaling.y_minimum);
+    const double minimum = std::min(scaling.y_minimum, LARGEST_VALUE);
+    range.d_y_max = std::max(range.d_y_max, minimum);
     if (scaling.y_symmetric)
-        range.d_y_min = std::min(range.d_y_min, -scaling.y_minimum);
+        range.d_y_min = std::min(range.d_y_min, -minimum);
 }
 
 // The x range follows the bounds of y themselves, not their distance.
@@ -102,8 +123,15 @@ double TGraphAxis::Length() const
 
 void TGraphAxis::Show(double low, double high)
 {
+    d_low = low;
+    d_high = high;
     d_scale = Length() / (high - low);
     d_offset = d_begin - low * d_scale;
+    // Positions are taken to whole pixels towards zero: the least rounding down would put the edge of the
+    // data outside the axis.
+    if (Linear_Position(low) < d_begin || Linear_Position(high) < d_begin + Length())
+        d_offset += 4.0 * std::numeric_limits<double>::epsilon() *
+                    (std::abs(d_offset) + std::abs(d_begin) + std::abs(d_end));
 
     const double log_high = high > SMALLEST_POSITIVE ? high : 1.0;
     const double log_low =
@@ -116,13 +144,17 @@ void TGraphAxis::Show(double low, double high)
 double TGraphAxis::Log10_Position(double value) const
 {
     const double exponent = std::log10(std::max(value, std::numeric_limits<double>::min()));
-    return d_begin + (exponent - d_log10_begin) / (d_log10_end - d_log10_begin) * Length();
+    return d_begin + (exponent - d_log10_begin) / Decades() * Length();
+}
+
+double TGraphAxis::Exponent(double pixel) const
+{
+    return d_log10_begin + (pixel - d_begin) / Length() * Decades();
 }
 
 double TGraphAxis::Log10_Value(double pixel) const
 {
-    const double part = (pixel - d_begin) / Length();
-    return std::pow(10.0, d_log10_begin + part * (d_log10_end - d_log10_begin));
+    return std::pow(10.0, Exponent(pixel));
 }
 
 void TGraphRange::Add(const std::vector<TVector2>& points)
@@ -150,8 +182,8 @@ void TGraphRange::Add(const std::vector<TVector2>& points)
     if (x_min > x_max)
         return;
     const auto extend = [this](double& low, double& high, double minimum, double maximum) {
-        minimum = std::max(minimum, -LARGEST_VALUE);
-        maximum = std::min(maximum, LARGEST_VALUE);
+        minimum = std::clamp(minimum, -LARGEST_VALUE, LARGEST_VALUE);
+        maximum = std::clamp(maximum, -LARGEST_VALUE, LARGEST_VALUE);
         low = d_empty ? minimum : std::min(low, minimum);
         high = d_empty ? maximum : std::max(high, maximum);
     };
@@ -187,6 +219,8 @@ void TGraphMapping::Fit_To_Data(const TGraphRange& data, const TGraphScaling& sc
         Show_Data(d_horizontal, range.d_x_min, range.d_x_max, range.d_x_positive, scaling.horizontal_type);
     d_data_height =
         Show_Data(d_vertical, range.d_y_min, range.d_y_max, range.d_y_positive, scaling.vertical_type);
+    d_data_decades_x = d_horizontal.Decades();
+    d_data_decades_y = d_vertical.Decades();
 }
 
 void TGraphMapping::Fit_To_Rect(const QRect& rect)
@@ -199,17 +233,15 @@ void TGraphMapping::Fit_To_Rect(const QRect& rect)
 
 void TGraphMapping::Zoom_To(const QRect& rect)
 {
-    Fit_Axis(d_horizontal, d_horizontal.Value(rect.left()), d_horizontal.Value(rect.right()), d_data_width);
-    Fit_Axis(d_vertical, d_vertical.Value(rect.top()), d_vertical.Value(rect.bottom()), d_data_height);
+    Zoom_Axis(d_horizontal, rect.left(), rect.right(), d_data_width, d_data_decades_x);
+    Zoom_Axis(d_vertical, rect.top(), rect.bottom(), d_data_height, d_data_decades_y);
 }
 
 TGraphMapping TGraphMapping::Moved_To(const QRect& graph) const
 {
     TGraphMapping moved = *this;
     moved.Set_Area(graph);
-    moved.d_horizontal.Show(d_horizontal.Linear_Value(d_horizontal.d_begin),
-                            d_horizontal.Linear_Value(d_horizontal.d_end));
-    moved.d_vertical.Show(d_vertical.Linear_Value(d_vertical.d_begin),
-                          d_vertical.Linear_Value(d_vertical.d_end));
+    moved.d_horizontal.Show(d_horizontal.d_low, d_horizontal.d_high);
+    moved.d_vertical.Show(d_vertical.d_low, d_vertical.d_high);
     return moved;
 }

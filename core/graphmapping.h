@@ -24,6 +24,8 @@ public:
     double d_end{1.0};   ///< pixel of its upper end; smaller than d_begin where the axis points upwards
     double d_scale{1.0}; ///< pixels per unit
     double d_offset{0.0};
+    double d_low{0.0}; ///< value at the lower end of a linear axis
+    double d_high{1.0};
     bool d_logarithmic{false};
 
     /// Where a logarithmic axis starts when its range reaches down to 0 or below.
@@ -34,9 +36,10 @@ public:
 
     double Position(double value) const
     {
-        return d_logarithmic ? Log10_Position(value) : value * d_scale + d_offset;
+        return d_logarithmic ? Log10_Position(value) : Linear_Position(value);
     }
     double Value(double pixel) const { return d_logarithmic ? Log10_Value(pixel) : Linear_Value(pixel); }
+    double Linear_Position(double value) const { return value * d_scale + d_offset; }
     double Linear_Value(double pixel) const { return (pixel - d_offset) / d_scale; }
 
     /// Pixel of `value` on the logarithmic axis that shows the present range. Values of 0 and below have no
@@ -46,6 +49,9 @@ public:
     /// The inverse of Log10_Position.
     double Log10_Value(double pixel) const;
 
+    /// The base-10 logarithm of that value, which may be too large or too small for a double.
+    double Exponent(double pixel) const;
+
     /// Pixel on the logarithmic axis of the value that stands at `pixel` of the linear one, and back.
     double Forward_Log10(double pixel) const { return Log10_Position(Linear_Value(pixel)); }
     double Reverse_Log10(double pixel) const { return Log10_Value(pixel) * d_scale + d_offset; }
@@ -53,6 +59,7 @@ public:
     /// Base-10 logarithms of the values at both ends.
     double Log10_Begin() const { return d_log10_begin; }
     double Log10_End() const { return d_log10_end; }
+    double Decades() const { return d_log10_end - d_log10_begin; }
 
 private:
     double d_log10_begin{-1.0};
@@ -98,6 +105,8 @@ public:
     /// Extent of the data range last fitted, data units.
     double d_data_width{0.00001};
     double d_data_height{0.00001};
+    double d_data_decades_x{1.0}; ///< the same on logarithmic axes
+    double d_data_decades_y{1.0};
 
     QPointF Position(const TVector2& point) const
     {
@@ -115,7 +124,8 @@ public:
     /// out ends at 50 times the data's extent: what is more shrinks towards the origin of the data.
     void Fit_To_Rect(const QRect& rect);
 
-    /// The same for what the axes do show within `rect`, logarithmic ones too.
+    /// The same for what the axes do show within `rect`, logarithmic ones too. Those end at 50 times the
+    /// decades of the data: what is more shrinks towards the middle of `rect`.
     void Zoom_To(const QRect& rect);
 
     /// The same data range in another plotting area.

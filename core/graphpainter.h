@@ -1,77 +1,58 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "graphticks.h"
 #include "vector2.h"
 
+#include <QColor>
 #include <QRect>
-#include <QString>
 
 #include <vector>
 
-class QColor;
+class QLine;
 class QPainter;
 class TGraphMapping;
 
-/// The parts of a graph, pixels.
-struct TGraphLayout
+/// Draws a horizontal or vertical line of one pixel's width, both ends included: the pixels that a pen would
+/// draw, which goes from point to point and takes six times as long.
+void Draw_Straight_Line(QPainter& painter, const QLine& line, const QColor& color);
+
+/// Draws the points of one data set in any of the styles.
+///
+/// Positions are taken to whole pixels towards zero. Points with an infinite coordinate or one that is no
+/// number are left out. The caller clips to the plotting area.
+class TGraphPainter
 {
-    QRect graph; ///< plotting area
-    QRect vertical_labels;
-    QRect vertical_title;
-    QRect horizontal_labels;
-    QRect horizontal_title;
-    QRect graph_title;
-    QRect widget; ///< all of it
+public:
+    /// `graph` is the plotting area.
+    TGraphPainter(QPainter& painter, const TGraphMapping& mapping, const QRect& graph, const QColor& color)
+        : d_painter(painter), d_mapping(mapping), d_graph(graph), d_color(color),
+          d_opaque(color.alpha() == 255)
+    {
+    }
+
+    /// A polyline; a point left out parts it in two.
+    void Draw_Line(const std::vector<TVector2>& points);
+
+    /// Bars from each point to y = 0, `half_width` pixels to both sides but not wider than `largest_width`
+    /// in data units.
+    void Draw_Bars(const std::vector<TVector2>& points, int half_width, double largest_width);
+
+    void Draw_Crosses(const std::vector<TVector2>& points);
+    void Draw_Squares(const std::vector<TVector2>& points);
+
+private:
+    struct TColumn;
+    struct TMarkers;
+
+    QPainter& d_painter;
+    const TGraphMapping& d_mapping;
+    QRect d_graph;
+    QColor d_color;
+    bool d_opaque;
+
+    int Column_Pixel(double x) const;
+    TColumn Column_Of(const TVector2& point, int pixel) const;
+    void Draw_Column(TColumn column);
+    TMarkers Markers(const std::vector<TVector2>& points) const;
+    void Fill_Squares_By_Rows(TMarkers& markers);
 };
-
-/// The parts of a graph of `size` pixels, written in a font of `line_height` pixels. Where the graph is too
-/// small, the plotting area is not valid.
-TGraphLayout Graph_Layout(const QSize& size, int line_height);
-
-/// What stands round the plotting area.
-struct TGraphLegend
-{
-    QString vertical_title;
-    QString horizontal_title;
-    QString graph_title;
-    TGraphLabelFormat horizontal;
-    TGraphLabelFormat vertical;
-    int cursor_text_width{0}; ///< pixels kept free on the left of the horizontal title
-    bool empty{false};        ///< without data there are no numbers, but a text in the middle
-    QString empty_text;
-};
-
-/// Draws grid, frame, ticks, tick labels and titles. Text that finds no room is shortened or made smaller.
-void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGraphMapping& mapping,
-                       const TGraphLegend& legend);
-
-/// Draws one line of text into `room`, in smaller letters where it would not fit.
-void Draw_Fitted_Text(QPainter& painter, const QRect& room, int alignment, const QString& text);
-
-/// @name Styles of a data set
-/// Points are taken to whole pixels towards zero; such with an infinite coordinate or one that is no number
-/// are left out. The caller clips to the plotting area `graph`.
-/// @{
-
-/// A polyline; a point left out parts it in two.
-void Draw_Graph_Line(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
-                     const QColor& color);
-
-/// How wide bars are.
-struct TGraphBarWidth
-{
-    int half{1};         ///< pixels to both sides of the point,
-    double largest{0.0}; ///< but no more than this in all, data units
-};
-
-/// Bars from each point to y = 0.
-void Draw_Graph_Bars(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
-                     const QColor& color, const TGraphBarWidth& width);
-
-void Draw_Graph_Crosses(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
-                        const QColor& color, const QRect& graph);
-
-void Draw_Graph_Squares(QPainter& painter, const TGraphMapping& mapping, const std::vector<TVector2>& points,
-                        const QColor& color, const QRect& graph);
-/// @}

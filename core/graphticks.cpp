@@ -13,15 +13,11 @@ namespace
 struct TTickValue
 {
     double value;
+    double step; // distance to the neighbours that a label must tell it from
     bool labelled;
 };
 
-// The values to mark, and the distance that their labels must tell apart.
-struct TTickValues
-{
-    std::vector<TTickValue> values;
-    double resolution{1.0};
-};
+using TTickValues = std::vector<TTickValue>;
 
 // The smallest of 1, 2, 5 times a power of ten that is not below `least`.
 double Round_Step(double least)
@@ -37,31 +33,26 @@ double Round_Step(double least)
 TTickValues Multiples(double low, double high, double step)
 {
     TTickValues ticks;
-    ticks.resolution = step;
     const double slack = 1e-6 * std::min(1.0, (high - low) / step);
     const double first = std::ceil(low / step - slack);
     const double count = std::floor(high / step + slack) - first + 1.0;
     for (int i = 0; i < static_cast<int>(std::min(count, 1000.0)); ++i)
-        ticks.values.push_back({(first + i) * step + 0.0, true}); // + 0.0: no negative zero
+        ticks.push_back({(first + i) * step + 0.0, step, true}); // + 0.0: no negative zero
     return ticks;
 }
 
-TTickValues Linear_Values(const TGraphAxis& axis, double spacing, int decimals)
+// Steps that the decimals of the format tell apart; finer ones where the axis is shorter than those.
+TTickValues Linear_Values(double low, double high, double densest, int decimals)
 {
-    const double low = axis.Value(axis.d_begin);
-    const double high = axis.Value(axis.d_end);
-    const double densest = (high - low) * spacing / std::abs(axis.d_end - axis.d_begin);
-    const double finest = std::pow(10.0, -decimals); // labels of a finer step would repeat
-    return Multiples(low, high, Round_Step(std::max(densest, finest)));
+    const double coarse = std::max(densest, std::pow(10.0, -decimals));
+    const TTickValues ticks = Multiples(low, high, Round_Step(coarse));
+    return ticks.size() > 1 ? ticks : Multiples(low, high, Round_Step(densest));
 }
 
 // Within a part of a decade: round steps, as fine as their narrowest gap allows, which is the uppermost.
-TTickValues Log10_Part_Values(const TGraphAxis& axis, double spacing)
+TTickValues Log10_Part_Values(const TGraphAxis& axis, double low, double high, double densest, double spacing)
 {
-    const double low = axis.Value(axis.d_begin);
-    const double high = axis.Value(axis.d_end);
-    const double length = std::abs(axis.d_end - axis.d_begin);
-    double step = Round_Step(std::max((high - low) * spacing / length, high * 1e-12));
+    double step = Round_Step(densest);
     while (step < high && std::abs(axis.Position(high) - axis.Position(high - step)) < spacing)
         step = Round_Step(step * 1.5);
     return Multiples(low, high, step);
@@ -69,25 +60,23 @@ TTickValues Log10_Part_Values(const TGraphAxis& axis, double spacing)
 
 TTickValues Log10_Decade_Values(const TGraphAxis& axis, double spacing)
 {
-    const double decades = axis.Log10_End() - axis.Log10_Begin();
-    const double pixels = std::abs(axis.d_end - axis.d_begin) / decades;
+    const double pixels = std::abs(axis.d_end - axis.d_begin) / axis.Decades();
     const int stride = static_cast<int>(std::ceil(spacing / pixels));
     const bool between = pixels >= 60.0;                            // below, the lines run together
     const bool label_between = pixels * std::log10(2.0) >= spacing; // 1, 2, 5, 10
 
     TTickValues ticks;
-    ticks.resolution = 0.0;
     const int last = static_cast<int>(std::floor(axis.Log10_End() + 1e-9));
     for (int exponent = static_cast<int>(std::floor(axis.Log10_Begin())); exponent <= last; ++exponent) {
+        const double decade = std::pow(10.0, exponent);
         for (int digit = 1; digit <= (between ? 9 : 1); ++digit) {
-            const double value = digit * std::pow(10.0, exponent);
-            const double place = std::log10(value);
+            const double place = std::log10(digit * decade);
             if (place < axis.Log10_Begin() - 1e-9 || place > axis.Log10_End() + 1e-9)
                 continue;
             const bool labelled =
                 digit == 1 ? exponent % stride == 0 : label_between && (digit == 2 || digit == 5);
             if (labelled || digit == 1 || stride == 1)
-                ticks.values.push_back({value, labelled});
+                ticks.push_back({digit * decade, decade, labelled});
         }
     }
     return ticks;
@@ -95,38 +84,63 @@ TTickValues Log10_Decade_Values(const TGraphAxis& axis, double spacing)
 
 TTickValues Tick_Values(const TGraphAxis& axis, double spacing, int decimals)
 {
+    const double low = axis.Value(axis.d_begin);
+    const double high = axis.Value(axis.d_end);
+    const double room = (high - low) * spacing / std::abs(axis.d_end - axis.d_begin);
+    const double densest = std::max(room, 1e-14 * std::max(std::abs(low), std::abs(high)));
+    TTickValues ticks;
     if (!axis.d_logarithmic)
-        return Linear_Values(axis, spacing, decimals);
-    if (axis.Log10_End() - axis.Log10_Begin() < 1.0)
-        return Log10_Part_Values(axis, spacing);
-    return Log10_Decade_Values(axis, spacing);
+        ticks = Linear_Values(low, high, densest, decimals);
+    else if (axis.Decades() < 1.0)
+        ticks = Log10_Part_Values(axis, low, high, densest, spacing);
+    else
+        ticks = Log10_Decade_Values(axis, spacing);
+    if (std::any_of(ticks.begin(), ticks.end(), [](const TTickValue& tick) { return tick.labelled; }))
+        return ticks;
+    // The round numbers stand further apart than the axis is long. One number at least tells where it is.
+    ticks = Multiples(low, high, Round_Step((high - low) / 3.0));
+    ticks.resize(std::min<size_t>(1, ticks.size()));
+    return ticks;
 }
 
-// Digits that tell `value` from its neighbour `resolution` away; 1 where the neighbours are a decade apart.
-int Significant_Digits(double value, double resolution)
+// Fixed notation with the decimals of the format, or those that multiples of the step have.
+QString Fixed_Label(const TTickValue& tick, int decimals)
 {
-    if (value == 0.0 || resolution <= 0.0)
-        return 1;
-    const double digits =
-        std::floor(std::log10(std::abs(value)) + 1e-9) - std::floor(std::log10(resolution) + 1e-9);
-    return static_cast<int>(std::clamp(digits + 1.0, 1.0, 15.0));
+    const int needed = static_cast<int>(-std::floor(std::log10(tick.step) + 1e-9));
+    return Fixed(tick.value, std::max(decimals, needed));
 }
 
-// Round numbers of up to five digits are easier to read in full than as powers of ten.
-QString Short_Notation(double value, double resolution)
+// As few digits as tell neighbours apart, with a power of ten where that is shorter; but round numbers of up
+// to five digits are easier to read in full.
+QString Short_Label(const TTickValue& tick)
 {
-    return QString::number(value, 'g', std::max(5, Significant_Digits(value, resolution)));
+    const double magnitude = std::max(std::abs(tick.value), tick.step);
+    const double digits = std::floor(std::log10(magnitude) + 1e-9) - std::floor(std::log10(tick.step) + 1e-9);
+    return QString::number(tick.value, 'g', static_cast<int>(std::clamp(digits + 1.0, 5.0, 15.0)));
 }
 
-// Fixed notation fails where it rounds digits away or needs more room than the field has.
-bool Needs_Short_Notation(double value, double resolution, const TGraphLabelFormat& format)
+int Longest(const std::vector<QString>& labels)
 {
-    const double error = std::abs(Decimal_Or(Fixed(value, format.decimals), value) - value);
-    const double tolerated = (resolution > 0.0 ? resolution : std::abs(value)) / 100.0;
-    if (error > tolerated)
-        return true;
-    const int length = Fixed(value, format.decimals).length();
-    return length > format.width + 1 || (length > 10 && Significant_Digits(value, resolution) <= 5);
+    int length = 0;
+    for (const QString& label : labels)
+        length = std::max(length, label.length());
+    return length;
+}
+
+// The labels of all ticks in one notation: fixed unless that is long and the other one clearly shorter.
+std::vector<QString> Labels(const TTickValues& ticks, int decimals)
+{
+    constexpr int long_label = 10;
+    constexpr int clearly = 3;
+    std::vector<QString> fixed;
+    for (const TTickValue& tick : ticks)
+        fixed.push_back(tick.labelled ? Fixed_Label(tick, decimals) : QString());
+    if (Longest(fixed) <= long_label)
+        return fixed;
+    std::vector<QString> brief;
+    for (const TTickValue& tick : ticks)
+        brief.push_back(tick.labelled ? Short_Label(tick) : QString());
+    return Longest(brief) + clearly <= Longest(fixed) ? brief : fixed;
 }
 
 } // namespace
@@ -163,18 +177,9 @@ std::vector<TGraphTick> Graph_Ticks(const TGraphAxis& axis, const TGraphLabelFor
     if (std::abs(axis.d_end - axis.d_begin) < 1.0)
         return {};
     const TTickValues ticks = Tick_Values(axis, spacing, format.decimals);
-    const bool short_notation =
-        std::any_of(ticks.values.begin(), ticks.values.end(), [&](const TTickValue& tick) {
-            return tick.labelled && Needs_Short_Notation(tick.value, ticks.resolution, format);
-        });
-
+    const std::vector<QString> labels = Labels(ticks, format.decimals);
     std::vector<TGraphTick> placed;
-    for (const TTickValue& tick : ticks.values) {
-        QString label;
-        if (tick.labelled)
-            label = short_notation ? Short_Notation(tick.value, ticks.resolution)
-                                   : Fixed(tick.value, format.decimals);
-        placed.push_back({axis.Position(tick.value), label});
-    }
+    for (size_t i = 0; i < ticks.size(); ++i)
+        placed.push_back({axis.Position(ticks[i].value), labels[i]});
     return placed;
 }

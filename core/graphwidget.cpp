@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "graphwidget.h"
 
+#include "graphpainter.h"
 #include "numbers.h"
 
 #include <QEvent>
@@ -505,22 +506,23 @@ void TGraphWidget::Draw_Data_Set(QPainter& painter, const TDataSet& set) const
     const std::vector<TVector2>& points = set.dataset_points;
     if (points.empty())
         return;
+    const QRect& graph = d_view.layout.graph;
+    TGraphPainter graph_painter(painter, d_view.mapping, graph, set.dataset_color);
     switch (Resolved_Type(set.dataset_type, d_default_graph_type)) {
     case GRAPH_LINE:
-        Draw_Graph_Line(painter, d_view.mapping, points, set.dataset_color);
+        graph_painter.Draw_Line(points);
         break;
     case GRAPH_BAR: {
         const int parts = d_horizontal_scale_type == GRAPH_SCALE_LOG10 ? 4 : 2;
-        const int room = d_view.layout.graph.width() / (parts * static_cast<int>(points.size()));
-        Draw_Graph_Bars(painter, d_view.mapping, points, set.dataset_color,
-                        {std::max(1, room - 1), d_largest_bar_width});
+        const int room = graph.width() / (parts * static_cast<int>(points.size()));
+        graph_painter.Draw_Bars(points, std::max(1, room - 1), d_largest_bar_width);
         break;
     }
     case GRAPH_CROSS:
-        Draw_Graph_Crosses(painter, d_view.mapping, points, set.dataset_color, d_view.layout.graph);
+        graph_painter.Draw_Crosses(points);
         break;
     case GRAPH_POINT:
-        Draw_Graph_Squares(painter, d_view.mapping, points, set.dataset_color, d_view.layout.graph);
+        graph_painter.Draw_Squares(points);
         break;
     default:
         break;

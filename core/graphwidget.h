@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "graphlegend.h"
 #include "graphmapping.h"
-#include "graphpainter.h"
 #include "vector2.h"
 
 #include <QColor>

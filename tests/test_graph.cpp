@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Scales, ticks and layout of the graph, by numbers.
 #include "graphmapping.h"
-#include "graphpainter.h"
+#include "graphlegend.h"
 #include "testing.h"
 
 #include <cmath>
