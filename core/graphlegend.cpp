@@ -116,7 +116,9 @@ void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout, const 
             Draw_Straight_Line(painter, line, FINE_GRID);
             continue;
         }
-        const QRect room = Centred_Within(row, x, width);
+        const bool at_the_end = x - width / 2 < row.left() || x + width / 2 > row.right();
+        const QRect room =
+            Centred_Within(row, x, at_the_end ? painter.fontMetrics().horizontalAdvance(tick.label) : width);
         if (room.left() < taken)
             continue;
         taken = room.right() + 1;

@@ -30,14 +30,12 @@ void Widen(double& low, double& high, double amount)
     high += amount;
 }
 
-// Far from zero the fixed amount would vanish in the rounding, and the range stay empty.
+// Far from zero the fixed extent would vanish in the rounding of positions.
 void Widen_If_Degenerate(double& low, double& high)
 {
-    if (high - low >= SMALLEST_EXTENT)
-        return;
-    const double magnitude = std::max(std::abs(low), std::abs(high));
-    const bool vanishes = SMALLEST_EXTENT / 2.0 < 4.0 * magnitude * std::numeric_limits<double>::epsilon();
-    Widen(low, high, vanishes ? magnitude * 1e-12 : SMALLEST_EXTENT / 2.0);
+    const double finest = 1e-12 * std::max(std::abs(low), std::abs(high));
+    if (high - low < std::max(SMALLEST_EXTENT, finest))
+        Widen(low, high, finest > SMALLEST_EXTENT ? finest : SMALLEST_EXTENT / 2.0);
 }
 
 // The scaling is about the origin of the data, not about the middle of the range.

@@ -8,6 +8,7 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QtMath>
 
 #include <algorithm>
 #include <cassert>
@@ -39,11 +40,11 @@ QPoint Rounded(const QPointF& position)
     return {static_cast<int>(std::lround(position.x())), static_cast<int>(std::lround(position.y()))};
 }
 
-// The rectangle between the same two corners that starts at the upper left.
-QRect Normalised(const QRect& box)
+// The rectangle that the outline of a box between two corners runs round, one pixel beyond the lower right.
+QRect Outline(const QRect& box)
 {
     return {QPoint(std::min(box.left(), box.right()), std::min(box.top(), box.bottom())),
-            QPoint(std::max(box.left(), box.right()), std::max(box.top(), box.bottom()))};
+            QPoint(std::max(box.left(), box.right()) + 1, std::max(box.top(), box.bottom()) + 1)};
 }
 
 void Measure_Cell(TGraphLabelFormat& format, const QPainter& painter)
@@ -240,7 +241,8 @@ bool TGraphWidget::Paint_To(QPaintDevice* device)
     painter.setFont(pixel_font);
 
     const double scale = static_cast<double>(device->logicalDpiX()) / logicalDpiX();
-    QSize room(qRound(device->width() / scale), qRound(device->height() / scale));
+    const double ratio = device->devType() == QInternal::Widget ? 1.0 : device->devicePixelRatioF();
+    QSize room(qRound(device->width() / (scale * ratio)), qRound(device->height() / (scale * ratio)));
     if (room.isEmpty())
         room = size();
     painter.scale(scale, scale);
@@ -327,7 +329,7 @@ void TGraphWidget::Drag_Left_Down_Box(const QPoint& pointer)
 // Only the outline: behind it there may be a picture that takes long to paint.
 void TGraphWidget::Update_Left_Down_Box()
 {
-    const QRect outline = Normalised(d_left_down_box).adjusted(0, 0, 1, 1);
+    const QRect outline = Outline(d_left_down_box);
     QRegion edges(outline.left(), outline.top(), 1, outline.height());
     edges += QRect(outline.left(), outline.top(), outline.width(), 1);
     edges += QRect(outline.right(), outline.top(), 1, outline.height());
@@ -442,7 +444,8 @@ void TGraphWidget::Zoom_Background_Pixmap(const QRect& rect)
 
 void TGraphWidget::Render_Background()
 {
-    d_background = QPixmap(size() * devicePixelRatioF());
+    // Up to the last pixel of the device, of which the widget may cover but a part.
+    d_background = QPixmap(qCeil(width() * devicePixelRatioF()), qCeil(height() * devicePixelRatioF()));
     d_background.setDevicePixelRatio(devicePixelRatioF());
     d_background.fill(Qt::white);
     QPainter painter(&d_background);
@@ -543,6 +546,14 @@ void TGraphWidget::Draw_Left_Down_Box(QPainter& painter) const
 {
     if (!d_left_down_box_visible || !d_left_down_box_active)
         return;
-    painter.setPen(QPen(Qt::black, 1, Qt::DashLine));
-    painter.drawRect(Normalised(d_left_down_box));
+    // Dashes of four pixels and gaps of two, within the strips that Update_Left_Down_Box repaints.
+    const QRect box = Outline(d_left_down_box);
+    for (int x = box.left(); x <= box.right(); x += 6) {
+        for (const int y : {box.top(), box.bottom()})
+            painter.fillRect(x, y, std::min(4, box.right() - x + 1), 1, Qt::black);
+    }
+    for (int y = box.top(); y <= box.bottom(); y += 6) {
+        for (const int x : {box.left(), box.right()})
+            painter.fillRect(x, y, 1, std::min(4, box.bottom() - y + 1), Qt::black);
+    }
 }

@@ -126,6 +126,9 @@ public:
     double Reverse_Log10_Position_Vertical(double pixel) const { return Y_Axis().Reverse_Log10(pixel); }
     /// @}
 
+    /// Repaints the outline of the box that is drawn with the left button, and nothing else.
+    void Update_Left_Down_Box();
+
     /// Sets field width, decimals and room of the tick labels for the present view, measured with the font
     /// of `painter`.
     void Calculate_Legend_Display_Precision(const QPainter& painter);
@@ -136,8 +139,8 @@ public:
     void Draw(QPainter& painter, const QSize& size);
 
     /// Draws the present view over all of `device` (picture, image, SVG, PDF): letters and lines are as large
-    /// as on the screen. A device that has no size of its own gets the size of the widget. False where the
-    /// device cannot be painted on.
+    /// as on the screen, whatever the resolution and the pixel ratio of the device. One that has no size of
+    /// its own gets the size of the widget. False where the device cannot be painted on.
     bool Paint_To(QPaintDevice* device);
 
     /// The `index`-th of 96 colours that tell data sets apart, counted from 0. The 97th is black; beyond, it
@@ -201,7 +204,6 @@ private:
     void Answer_Requests();
 
     void Drag_Left_Down_Box(const QPoint& pointer);
-    void Update_Left_Down_Box();
     void Pan(const QPoint& pointer);
     void Hover(const QPoint& pointer);
     void Release_Left(const QPoint& pointer);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Scales, ticks and layout of the graph, by numbers.
-#include "graphmapping.h"
 #include "graphlegend.h"
+#include "graphmapping.h"
 #include "testing.h"
 
 #include <cmath>
@@ -50,7 +50,14 @@ TEST(GraphMapping, FitToData)
         {"locked", {{0, 1}, {10, 3}}, {2, 2, 0, 0, 0, 1, 0}, 5 + 1 * 2, 5 + 3 * 2, 1, 3},
         {"no numbers", {{0, 1}, {HUGE_VAL, 2}, {3, -HUGE_VAL}, {NAN, 9}, {4, 2}}, Types(2, 2), 0, 4, 1, 2},
         {"far from zero", {{1e13, 1}, {1e13, 2}}, Types(2, 2), 1e13 - 10, 1e13 + 10, 1, 2},
-        {"huge", {{-1.7e308, 1}, {1.7e308, 2}}, Types(2, 2), -1e300, 1e300, 1, 2},
+        {"huge", {{-1.7e308, 1}, {1.7e308, 2}}, {2, 2, 0, 1, 1, 0, 1e308}, -1e300, 1e300, -1e300, 1e300},
+        {"beyond",
+         {{1.6e308, -1.7e308}},
+         Types(2, 2),
+         1e300 - 1e288,
+         1e300 + 1e288,
+         -1e300 - 1e288,
+         -1e300 + 1e288},
     };
     for (const auto& [name, points, scaling, x_min, x_max, y_min, y_max] : rows) {
         SCOPED_TRACE(name);
@@ -91,6 +98,15 @@ TEST(GraphMapping, LogarithmicAxis)
     EXPECT_NEAR(x.Value(200), 10, 1e-9);
     // Data without a usable logarithm still make an axis, from the decade below the smallest positive value.
     EXPECT_NEAR(Fitted({{-5, 1}, {0, 1}, {20, 2}, {700, 2}}, Types(3, 3)).d_horizontal.Value(100), 10, 1e-9);
+    // Zoomed out for ever, it shows 50 times as much, about the same middle. Then panned out of all numbers.
+    TGraphMapping out = Fitted({{1, 5}, {10000, 500}}, Types(3, 3));
+    for (int i = 0; i < 9; ++i)
+        out.Zoom_To(GRAPH.adjusted(-200, -100, 200, 100));
+    EXPECT_NEAR(out.d_horizontal.Log10_End(), 102, 1e-6);
+    EXPECT_NEAR(out.d_horizontal.Log10_Begin(), -98, 1e-6);
+    for (int i = 0; i < 9; ++i)
+        out.Zoom_To(GRAPH.translated(GRAPH.width(), 0));
+    EXPECT_NEAR(out.d_horizontal.Decades(), 200, 1e-6);
     for (const double low : {-8.0, 0.0, 1e13, 1e300}) {
         const TGraphAxis axis = Fitted({{low, 1}, {low + 0.002, 2}}, Types(3, 3)).d_horizontal;
         EXPECT_GT(axis.Value(500), axis.Value(100)) << low;
@@ -105,12 +121,16 @@ TEST(GraphTicks, RoundStepsInsideTheAxis)
     const std::tuple<int, double, double, double, double, int, int, const char*> rows[] = {
         {1, -0.7, 0.7, 200, 50, 8, 4, " -0.5000 0.0000 0.5000"},
         {1, 899.983, 900.021, 400, 90, 8, 4, " 899.9900 900.0000 900.0100 900.0200"},
-        {1, 1000.00003, 1000.00004, 300, 60, 9, 4, ""},
+        {1, 1000.00003, 1000.00004, 300, 90, 9, 4, " 1000.000030 1000.000035 1000.000040"},
         {1, 0, 1e300, 300, 90, 302, 0, " 0 5e+299 1e+300"},
-        {2, 0, 3, 400, 20, 5, 0, " 0 1 2 3"}, // no step below what the labels can tell apart
+        {2, 0, 3, 400, 20, 5, 0, " 0 1 2 3"},             // no step below what the labels can tell apart,
+        {2, 0.1, 0.9, 400, 90, 5, 0, " 0.2 0.4 0.6 0.8"}, // unless none is left
+        {2, -1e6, 2e6, 400, 90, 5, 0, " -1000000 0 1000000 2000000"},
+        {1, 1.1, 4.9, 40, 60, 6, 4, " 2.0000"},
         {3, 1, 10, 100, 25, 8, 1, " 1.0 2.0 . . 5.0 . . . . 10.0"},
         {3, 4, 150, 300, 25, 8, 1, " . 5.0 . . . . 10.0 20.0 . . 50.0 . . . . 100.0"},
-        {3, 1, 1e8, 90, 20, 8, 1, " 1 . 100 . 10000 . 1e+06 . 1e+08"},
+        {3, 0.01, 2e5, 90, 20, 8, 1, " 0.01 . 1.0 . 100.0 . 10000.0 ."},
+        {3, 1, 1e12, 90, 20, 8, 1, " 1 . . 1000 . . 1e+06 . . 1e+09 . . 1e+12"},
         {3, 3.01, 3.04, 200, 60, 8, 1, " 3.01 3.02 3.03 3.04"},
     };
     for (const auto& [type, low, high, length, spacing, width, decimals, expected] : rows) {
