@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace
@@ -90,7 +91,9 @@ std::vector<TGraphTick> Horizontal_Ticks(const QPainter& painter, const TGraphAx
                                          const TGraphLabelFormat& format)
 {
     const int gap = painter.fontMetrics().averageCharWidth();
-    for (int spacing = format.cell.width();;) {
+    // The cell of a number in full may be wider than the axis, and the number then written otherwise.
+    const int third = static_cast<int>(std::abs(axis.d_end - axis.d_begin)) / 3;
+    for (int spacing = std::min(format.cell.width(), third);;) {
         std::vector<TGraphTick> ticks = Graph_Ticks(axis, format, spacing);
         const int needed = Label_Width(painter, ticks) + gap;
         if (needed <= spacing)
@@ -100,7 +103,7 @@ std::vector<TGraphTick> Horizontal_Ticks(const QPainter& painter, const TGraphAx
 }
 
 // The labels stand under their ticks; beyond the ends of their row they move inwards. A tick whose label
-// would stand in the one before goes.
+// would touch the one before goes.
 void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout, const TGraphAxis& axis,
                            const TGraphLabelFormat& format)
 {
@@ -121,7 +124,7 @@ void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout, const 
             Centred_Within(row, x, at_the_end ? painter.fontMetrics().horizontalAdvance(tick.label) : width);
         if (room.left() < taken)
             continue;
-        taken = room.right() + 1;
+        taken = room.right() + painter.fontMetrics().averageCharWidth();
         Draw_Straight_Line(painter, line, GRID);
         Draw_Straight_Line(painter, {x, frame, x, frame + TICK_LENGTH}, FRAME);
         painter.drawText(room, Qt::AlignHCenter | Qt::AlignTop | Qt::TextDontClip, tick.label);

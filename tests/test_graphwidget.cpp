@@ -224,16 +224,63 @@ TEST(GraphWidget, FarPointsAndOtherDevices)
     // The same picture on a device of the same resolution, and one as large on a finer one.
     graph.d_show_cursor_position = false;
     EXPECT_TRUE(graph.Paint_To(&picture) && picture == graph.Seen());
-    QImage fine(1200, 800, QImage::Format_RGB32);
-    fine.setDotsPerMeterX(2 * picture.dotsPerMeterX());
-    EXPECT_TRUE(graph.Paint_To(&fine));
-    EXPECT_FALSE(Is_White(fine, QRect(2 * graph.Pixel({4.1, 4.1}) - QPoint(0, 3), QSize(1, 6))));
+    for (const double ratio : {1.0, 2.0, 1.25, 1.5}) { // of pixels; at 1 the inches are twice as fine
+        QImage fine(picture.size() * (ratio == 1.0 ? 2.0 : ratio), QImage::Format_RGB32);
+        fine.setDotsPerMeterX(picture.dotsPerMeterX() * (ratio == 1.0 ? 2 : 1));
+        fine.setDevicePixelRatio(ratio);
+        EXPECT_TRUE(graph.Paint_To(&fine));
+        const QPoint place = graph.Pixel({4.1, 4.1}) * (ratio == 1.0 ? 2.0 : ratio);
+        EXPECT_FALSE(Is_White(fine, QRect(place - QPoint(0, 3), QSize(1, 6)))) << ratio;
+    }
+}
+
+TEST(GraphWidget, BarsAsWideAsTheirBinsNeverOverlap)
+{
+    for (const double beyond : {0.0, 0.01, 0.1, 0.3}) { // that the axis reaches to both sides of the bins
+        Points bins{{900 - beyond, 0}, {900.032 + beyond, 0}};
+        for (int bin = 0; bin < 9; ++bin)
+            bins.emplace_back(900 + 0.004 * bin, 1 + bin % 3);
+        TGraph graph(bins, 22, TGraphWidget::GRAPH_BAR, QColor(0, 127, 0, 60)); // darker where they overlap
+        graph.EnableYIncludesZero(true);
+        graph.UpdateGraph();
+        const QImage before = graph.Seen();
+        graph.d_largest_bar_width = 0.004;
+        graph.UpdateGraph();
+        const QImage after = graph.Seen();
+        EXPECT_EQ(after == before, beyond == 0.0) << beyond;
+        const QRect area = graph.Layout().graph;
+        for (int x = area.left(); x <= area.right(); ++x)
+            ASSERT_GT(after.pixelColor(x, area.bottom() - 3).red(), 160) << beyond << ", " << x;
+    }
+}
+
+TEST(GraphWidget, WithoutPointsATextTakesThePlaceOfTheNumbers)
+{
+    TGraph graph({{NAN, 1}});
+    const TGraphLayout layout = graph.Layout();
+    const QRect numbers = layout.horizontal_labels.adjusted(0, 2, -1, -3);
+    const auto expect = [&](bool text, bool labels) {
+        graph.UpdateGraph();
+        const QImage seen = graph.Seen();
+        EXPECT_EQ(!Is_White(seen, layout.graph), text || labels);
+        EXPECT_EQ(!Is_White(seen, numbers), labels);
+        EXPECT_EQ(!Is_White(seen, layout.vertical_labels), labels);
+        EXPECT_FALSE(Is_White(seen, layout.graph.adjusted(-1, -1, 1, 1))) << "no frame";
+    };
+    expect(false, false);
+    graph.d_empty_text = QStringLiteral("Nothing yet");
+    expect(true, false);
+    graph.SetPoints(0, DIAGONAL);
+    expect(false, true);
+    graph.DeleteDataSets();
+    expect(true, false);
 }
 
 TEST(GraphWidget, EveryTickHasItsNumber)
 {
-    const double rows[][3] = {{1, 899.9901, 900.0299}, {1, 900, 900.03}, {2, 1e9, 1e9 + 100}, {2, -1e6, 2e6},
-                              {1, 1e195, 1e200},       {3, 7e2, 7.7e7},  {3, 0.01, 1},        {3, 3, 5}};
+    const double rows[][3] = {
+        {1, 899.9901, 900.0299}, {1, 900, 900.03}, {2, 1e9, 1e9 + 100}, {2, -1e6, 2e6}, {1, 1e195, 1e200},
+        {3, 7e2, 7.7e7},         {3, 0.01, 1},     {3, 3, 5},           {2, 0.1, 0.9},  {1, 900, 900.00001}};
     for (const auto& [type, low, high] : rows) {
         for (int width = 330; width < 700; width += 23) {
             SCOPED_TRACE(testing::Message() << type << ": " << low << " to " << high << ", " << width);
@@ -250,7 +297,7 @@ TEST(GraphWidget, EveryTickHasItsNumber)
                 labels += Is_White(picture, {x - 5, area.bottom() + 7, 5, height}) &&
                           !Is_White(picture, {x, area.bottom() + 7, 1, height});
             }
-            EXPECT_TRUE(labels == ticks && labels > (width > 420 && high < 1e8)) << labels << ", " << ticks;
+            EXPECT_TRUE(labels == ticks && labels > (width > 480)) << labels << ", " << ticks;
             const QRect column = graph.Layout().vertical_labels.adjusted(0, 0, 4, 0);
             for (int y = column.top(); y <= area.bottom() + 5; ++y) {
                 const bool tick = !Is_White(picture, {area.left() - 3, y, 1, 1});
