@@ -301,9 +301,9 @@ void Compare_Histograms()
     const auto qwt = Qwt_Histogram();
     const auto custom = Custom_Histogram();
     const Draw ours = [&] { return Picture_Of(*graph); };
-    Compare("histogram / raw painter", 2.0, 300, ours, Raw_Histogram(*graph));
-    Compare("histogram / Qwt", 1.0, 300, ours, Qwt_Drawing(*qwt));
-    Compare("histogram / QCustomPlot", 1.0, 300, ours, Custom_Drawing(*custom));
+    Compare("histogram / raw painter", 1.0, 300, ours, Raw_Histogram(*graph));
+    Compare("histogram / Qwt", 0.6, 300, ours, Qwt_Drawing(*qwt));
+    Compare("histogram / QCustomPlot", 0.6, 300, ours, Custom_Drawing(*custom));
 }
 
 // False where the picture is not the one that bare painter calls give.
@@ -320,7 +320,7 @@ bool Compare_Points(int count, bool squares)
 
     std::printf("%s of %d points\n", squares ? "squares" : "line", count);
     const Draw ours = [&] { return Picture_Of(*graph); };
-    const int rounds = count > 100000 ? 5 : 15;
+    const int rounds = count > 100000 ? 10 : 30;
     Compare("  / raw painter", 1.0, rounds, ours, [&] { return Raw_Points(*graph, points, squares, false); });
     Compare("  / Qwt", 1.0, rounds, ours, Qwt_Drawing(*qwt));
     Compare("  / QCustomPlot", 1.0, rounds, ours, Custom_Drawing(*custom));

@@ -86,24 +86,27 @@ struct TGraphPainter::TColumn
     }
 
     // Adds what lies between `least` and `greatest` from the point `next` on; returns the first one that does
-    // not. In a function of its own, the loop has the registers for itself.
+    // not. In a function of its own and with local values, the loop runs in registers.
     Q_NEVER_INLINE size_t Add_From(const std::vector<TVector2>& points, size_t next)
     {
+        const TVector2 from = least;
+        const TVector2 to = greatest;
         double lowest = low;
         double highest = high;
-        const size_t begin = next;
-        for (; next < points.size(); ++next) {
-            const double x = points[next].x;
-            const double y = points[next].y;
-            if (!(x > least.x && x < greatest.x && y > least.y && y < greatest.y))
+        const TVector2* const begin = points.data() + next;
+        const TVector2* const end = points.data() + points.size();
+        const TVector2* point = begin;
+        for (; point != end; ++point) {
+            const double y = point->y;
+            if (!(point->x > from.x && point->x < to.x && y > from.y && y < to.y))
                 break;
             lowest = std::min(lowest, y);
             highest = std::max(highest, y);
         }
         low = lowest;
         high = highest;
-        several |= next > begin;
-        return next;
+        several |= point != begin;
+        return next + static_cast<size_t>(point - begin);
     }
 };
 
