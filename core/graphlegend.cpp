@@ -111,6 +111,7 @@ void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout, const 
     const int frame = layout.graph.bottom() + 1;
     const std::vector<TGraphTick> ticks = Horizontal_Ticks(painter, axis, format);
     const int width = Label_Width(painter, ticks);
+    const int gap = painter.fontMetrics().averageCharWidth();
     int taken = row.left();
     for (const TGraphTick& tick : ticks) {
         const int x = qRound(tick.pixel);
@@ -124,7 +125,7 @@ void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout, const 
             Centred_Within(row, x, at_the_end ? painter.fontMetrics().horizontalAdvance(tick.label) : width);
         if (room.left() < taken)
             continue;
-        taken = room.right() + painter.fontMetrics().averageCharWidth();
+        taken = room.right() + gap;
         Draw_Straight_Line(painter, line, GRID);
         Draw_Straight_Line(painter, {x, frame, x, frame + TICK_LENGTH}, FRAME);
         painter.drawText(room, Qt::AlignHCenter | Qt::AlignTop | Qt::TextDontClip, tick.label);
