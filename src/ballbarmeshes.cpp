@@ -23,7 +23,7 @@ bool Is_Drawable(const TVector3& point)
 TVector3 Unit_Axis(const TVector3& from, const TVector3& to)
 {
     const double length = Length(to - from);
-    return length < TOpenGLGeometryFactory::SMALLEST_LENGTH ? TVector3() : (to - from) / length;
+    return TOpenGLGeometryFactory::Makes_Shape(length) ? (to - from) / length : TVector3();
 }
 
 /// A tetrahedron with one edge across each end of the axis: the least that is closed and seen from

@@ -26,14 +26,21 @@ TMat4 Frame(const TVector3& origin, const TVector3& normal)
     return frame;
 }
 
-TVector3 Direction(const TMat4& frame, const TVector3& v)
+/// Turned as the frame turns, of unit length. Far from the origin the translation would swallow it.
+TVector3 Direction(TMat4 frame, const TVector3& v)
 {
-    const TVector3 origin;
-    TVector3 direction = frame * v - frame * origin;
+    for (const int translation : {3, 7, 11})
+        frame(translation) = 0.0;
+    TVector3 direction = frame * v;
     return direction.Normal();
 }
 
 } // namespace
+
+bool TOpenGLGeometryFactory::Makes_Shape(double length)
+{
+    return length >= 1e-6 && std::isfinite(length);
+}
 
 TVector3 TOpenGLGeometryFactory::Normalize_XY(const TVector3& v) const
 {
@@ -45,7 +52,7 @@ TOpenGLGeometryFactory::TMesh TOpenGLGeometryFactory::RenderSphere(const TVector
                                                                    const double& radius) const
 {
     TMesh mesh;
-    if (d_level >= 0 && radius >= SMALLEST_LENGTH) {
+    if (d_level >= 0 && Makes_Shape(radius)) {
         mesh.reserve(size_t{24} << (2 * d_level));
         RenderSphereTriangle({0, 0, 1}, {1, 0, 0}, {0, 1, 0}, center, radius, d_level, &mesh);
     }
@@ -86,9 +93,9 @@ TOpenGLGeometryFactory::TMesh TOpenGLGeometryFactory::RenderCylinder(const TVect
                                                                      const double& end_radius) const
 {
     const double height = Length(end - start);
-    const bool start_is_tip = start_radius < SMALLEST_LENGTH;
-    const bool end_is_tip = end_radius < SMALLEST_LENGTH;
-    if (d_level < 0 || height < SMALLEST_LENGTH || (start_is_tip && end_is_tip))
+    const bool start_is_tip = !Makes_Shape(start_radius);
+    const bool end_is_tip = !Makes_Shape(end_radius);
+    if (d_level < 0 || !Makes_Shape(height) || (start_is_tip && end_is_tip))
         return {};
 
     const double r1 = start_is_tip ? 0.0 : start_radius;
@@ -196,7 +203,7 @@ TOpenGLGeometryFactory::TMesh TOpenGLGeometryFactory::Render_Fan(const TVector3&
 {
     TMesh mesh;
     const double length = Length(normal);
-    if (radius < SMALLEST_LENGTH || length < SMALLEST_LENGTH)
+    if (!Makes_Shape(radius) || !Makes_Shape(length))
         return mesh;
     const TMat4 frame = Frame(center, normal / length);
     for (size_t i = 0; i < rim.size(); ++i)

@@ -19,8 +19,8 @@ public:
     /// Three consecutive vertices are one triangle.
     using TMesh = std::vector<TOpenGLTriangleVertex>;
 
-    /// Radii and axes below this length make no shape.
-    static constexpr double SMALLEST_LENGTH = 1e-6;
+    /// Radii and axes below 1e-6, or too long to be measured in a double, make no shape.
+    static bool Makes_Shape(double length);
 
     /// Fineness of curved shapes: a sphere has 8 * 4^level triangles, a circle 4 * 2^level corners. A
     /// negative level makes every curved shape empty. A new factory has level 1.
