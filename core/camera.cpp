@@ -106,7 +106,7 @@ void TCamera::Pan(int dx, int dy, int half_width, int half_height)
     projection(13) += static_cast<double>(dy) / half_height;
 }
 
-void TCamera::Rotate_3d(int dx, int dy)
+void TCamera::Rotate_3d(double dx, double dy)
 {
     const TVector3 axis(-dy, dx, 0.0);
     Rotate_About_Eye_Axis(axis, 0.02 * (1.0 + std::log(Length(axis))));

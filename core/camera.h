@@ -8,7 +8,8 @@
 /// The camera of a 3-D view as plain numbers: what the fixed-function matrix stacks hold, without OpenGL.
 ///
 /// Spaces: model (the scene's units), eye (the model turned by `model`), viewport (pixels, origin bottom
-/// left, y up), widget (pixels, origin top left, y down). All pixels are device pixels.
+/// left, y up), widget (pixels, origin top left, y down). All pixels are device pixels, but those of the turns,
+/// which are the logical ones that a hand moves by.
 struct TCamera
 {
     /// The modelview matrix in OpenGL's sense: always a rotation. `model * p` takes eye axes to model axes,
@@ -48,8 +49,8 @@ struct TCamera
     /// Moves the picture by that many pixels; half sizes of the viewport in whole pixels.
     void Pan(int dx, int dy, int half_width, int half_height);
 
-    /// Turns as a track ball does for a drag by (dx, dy) viewport pixels, faster for longer steps.
-    void Rotate_3d(int dx, int dy);
+    /// Turns as a track ball does for a drag by (dx, dy) pixels (y up), faster for longer steps.
+    void Rotate_3d(double dx, double dy);
 
     /// Turns about the line of sight as the cursor goes from a to b, both in pixels from the middle of the
     /// viewport. False, and nothing changed, within 5 pixels of the middle and for steps without an angle.

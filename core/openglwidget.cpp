@@ -20,12 +20,6 @@ QString GL_Text(QOpenGLContext* context, GLenum name)
     return QString::fromLatin1(reinterpret_cast<const char*>(context->functions()->glGetString(name)));
 }
 
-QPoint In_Viewport(const TCamera& camera, QPoint position)
-{
-    camera.To_Viewport(&position.rx(), &position.ry());
-    return position;
-}
-
 } // namespace
 
 TOpenGLWidget::TOpenGLWidget(const QWidget* parent, Qt::WindowFlags flags)
@@ -144,7 +138,7 @@ void TOpenGLWidget::Zoom_To_Rect(const QRect& rect)
     if (!Make_Current())
         return;
     TCamera camera = Read_Camera();
-    const auto eye_point = [&camera](const QPoint& corner) {
+    const auto eye_point = [&](const QPoint& corner) {
         const QPoint pixel = In_Viewport(camera, corner);
         return camera.Eye_Plane_Point(pixel.x(), pixel.y());
     };
@@ -215,9 +209,12 @@ bool TOpenGLWidget::Is_Point_Between(const TVector3& point, const TVector3& a, c
 
 void TOpenGLWidget::Point_Raster_Position(int* x, int* y, const TVector3& point)
 {
-    *x = *y = 0;
+    QPoint pixel;
     if (Make_Current())
-        Read_Camera().Raster_Position(point, x, y);
+        Read_Camera().Raster_Position(point, &pixel.rx(), &pixel.ry());
+    pixel /= devicePixelRatioF();
+    *x = pixel.x();
+    *y = pixel.y();
 }
 
 void TOpenGLWidget::Process_Mouse_Click(short x, short y)
@@ -240,7 +237,9 @@ void TOpenGLWidget::mousePressEvent(QMouseEvent* event)
     setFocus(Qt::OtherFocusReason);
     if (event->buttons() & Qt::LeftButton)
         d_RubberBandActive = false;
-    d_PressPosition = Device_Position(event->localPos());
+    if (d_RubberBand)
+        d_RubberBand->hide(); // of a left drag that is given up by another button
+    d_PressPosition = event->localPos().toPoint(); // rounds to the nearest pixel
     if (!(event->buttons() & Qt::RightButton))
         return;
 
@@ -258,7 +257,7 @@ void TOpenGLWidget::mouseReleaseEvent(QMouseEvent* event)
     if (!Make_Current())
         return;
     const TCamera camera = Read_Camera();
-    const QPoint position = In_Viewport(camera, Device_Position(event->localPos()));
+    const QPoint position = In_Viewport(camera, event->localPos().toPoint());
     if (event->button() == Qt::LeftButton)
         Release_Left(camera, position);
     else if (event->button() == Qt::RightButton && !d_MouseMoved)
@@ -269,7 +268,7 @@ void TOpenGLWidget::mouseMoveEvent(QMouseEvent* event)
 {
     if (!Make_Current())
         return;
-    const QPoint position = Device_Position(event->localPos());
+    const QPoint position = event->localPos().toPoint();
     if ((position - d_PressPosition).manhattanLength() <= 1)
         return;
     if (event->buttons() == Qt::RightButton)
@@ -305,10 +304,13 @@ void TOpenGLWidget::initializeGL()
     glDepthRange(0.0, 1.0);
     glPixelTransferf(GL_DEPTH_BIAS, 0.0F);
     glPixelTransferf(GL_DEPTH_SCALE, 1.0F);
-    // A new context (after a move to another window) starts with a new view of the scene, in the drag mode
-    // that the owner has chosen meanwhile.
-    d_FitRequested = true;
-    d_PanMode = !d_Rotate2dMode && !d_Rotate3dMode;
+    if (d_Initialised) {
+        d_FitRequested = true; // a move to another window: a new view of the scene in the owner's drag mode
+        return;
+    }
+    d_PanMode = true;
+    d_Rotate2dMode = d_Rotate3dMode = false;
+    d_Initialised = true;
 }
 
 void TOpenGLWidget::resizeGL(int width, int height)
@@ -356,9 +358,11 @@ TCamera TOpenGLWidget::Read_Camera()
     return camera;
 }
 
-QPoint TOpenGLWidget::Device_Position(const QPointF& local) const
+QPoint TOpenGLWidget::In_Viewport(const TCamera& camera, const QPoint& position) const
 {
-    return (local * devicePixelRatioF()).toPoint(); // rounds to the nearest pixel
+    QPoint pixel = position * devicePixelRatioF();
+    camera.To_Viewport(&pixel.rx(), &pixel.ry());
+    return pixel;
 }
 
 // The mean depth of what is drawn in a square block, 1.0 when that is nothing.
@@ -425,8 +429,8 @@ void TOpenGLWidget::Drag_View(const QPoint& position, Qt::KeyboardModifiers modi
 {
     TCamera camera = Read_Camera();
     const QPoint cursor = In_Viewport(camera, position);
-    const QPoint step = cursor - d_LastDragPosition;
-    if (std::abs(step.x()) < 2 && std::abs(step.y()) < 2)
+    const QPointF step = QPointF(cursor - d_LastDragPosition) / devicePixelRatioF();
+    if (std::fabs(step.x()) < 2.0 && std::fabs(step.y()) < 2.0)
         return;
 
     camera.model = d_ModelMatrix;
@@ -441,44 +445,37 @@ void TOpenGLWidget::Drag_View(const QPoint& position, Qt::KeyboardModifiers modi
     d_LastDragPosition = cursor;
 }
 
-// Takes the camera from the last drag position to the cursor; true when that was a rotation.
+// Takes the camera from the last drag position to the cursor; true when that was a rotation. Turning goes by
+// logical pixels, so that it is equally fast on every screen.
 bool TOpenGLWidget::Move_Camera(TCamera* camera, const QPoint& cursor, Qt::KeyboardModifiers modifiers) const
 {
     const QPoint step = cursor - d_LastDragPosition;
+    const double ratio = devicePixelRatioF();
     if ((modifiers & Qt::ControlModifier) || d_Rotate3dMode) {
-        camera->Rotate_3d(step.x(), step.y());
+        camera->Rotate_3d(step.x() / ratio, step.y() / ratio);
         return true;
     }
     if (!(modifiers & Qt::ShiftModifier) && !d_Rotate2dMode) {
         camera->Pan(step.x(), step.y(), d_HalfWidth, d_HalfHeight);
         return false;
     }
-    const QPoint middle(d_HalfWidth, d_HalfHeight);
-    const QPoint from = d_LastDragPosition - middle;
-    const QPoint to = cursor - middle;
-    return camera->Rotate_2d(TVector2(from.x(), from.y()), TVector2(to.x(), to.y()));
+    const auto from_middle = [this, ratio](const QPoint& pixel) {
+        return TVector2((pixel.x() - d_HalfWidth) / ratio, (pixel.y() - d_HalfHeight) / ratio);
+    };
+    return camera->Rotate_2d(from_middle(d_LastDragPosition), from_middle(cursor));
 }
 
 void TOpenGLWidget::Drag_Rubber_Band(const QPoint& position)
 {
-    if (d_RubberBandActive) {
-        d_RubberBandRect.setBottomRight(position);
-        Show_Rubber_Band();
-        return;
-    }
-    d_RubberBandRect = QRect(d_PressPosition, d_PressPosition);
     if (!d_RubberBand)
         d_RubberBand = new QRubberBand(QRubberBand::Rectangle, this);
-    Show_Rubber_Band();
+    if (d_RubberBandActive)
+        d_RubberBandRect.setBottomRight(position);
+    else
+        d_RubberBandRect = QRect(d_PressPosition, d_PressPosition);
+    d_RubberBand->setGeometry(d_RubberBandRect.normalized());
     d_RubberBand->show();
     d_RubberBandActive = true;
-}
-
-void TOpenGLWidget::Show_Rubber_Band()
-{
-    const double ratio = devicePixelRatioF();
-    const QRect rect(d_RubberBandRect.topLeft() / ratio, d_RubberBandRect.bottomRight() / ratio);
-    d_RubberBand->setGeometry(rect.normalized());
 }
 
 void TOpenGLWidget::Note_Modifier_Key(int key, bool down)

@@ -20,8 +20,8 @@ class QRubberBand;
 /// hooks.
 ///
 /// The camera lives in OpenGL's matrix stacks: it is read from there, changed as a TCamera and loaded again.
-/// Every position and size here is in device pixels; widget coordinates have their origin top left (y down),
-/// viewport coordinates bottom left (y up). Before the first show there is no OpenGL: commands then do
+/// Widget coordinates are Qt's (logical pixels, origin top left, y down), viewport coordinates OpenGL's
+/// (device pixels, origin bottom left, y up). Before the first show there is no OpenGL: commands then do
 /// nothing.
 class TOpenGLWidget : public QOpenGLWidget, protected QOpenGLFunctions
 {
@@ -72,6 +72,12 @@ public:
     /// Reports what the viewport pixel shows; silent on the background.
     void Process_Mouse_Click(short x, short y);
 
+    /// What a subclass does when there is a new context, when the size in device pixels has changed, and to
+    /// draw a frame (in a fit pass: to name its vertices). The context is current.
+    virtual void GLInit() {}
+    virtual void GLResize(int /*width*/, int /*height*/) {}
+    virtual void GLRender() {}
+
 signals:
     /// A click on something drawn: the model point and the identifier of its item, -1 for none.
     void Model_Click_Point(const double& x, const double& y, const double& z, int item);
@@ -86,10 +92,6 @@ protected:
     void initializeGL() override;
     void resizeGL(int width, int height) override;
     void paintGL() override;
-
-    virtual void GLInit() {}
-    virtual void GLResize(int /*width*/, int /*height*/) {}
-    virtual void GLRender() {}
 
     /// Makes the context current; false before the first show, when there is none.
     bool Make_Current();
@@ -128,7 +130,7 @@ protected:
     std::vector<TSelectionItemType> d_SelectionItems;
 
 private:
-    QPoint Device_Position(const QPointF& local) const;
+    QPoint In_Viewport(const TCamera& camera, const QPoint& position) const;
     double Mean_Depth(int left, int bottom, int size);
     void Load_Model(const TMat4& model);
     void Load_Projection(const TMat4& projection);
@@ -138,6 +140,7 @@ private:
     void Drag_View(const QPoint& position, Qt::KeyboardModifiers modifiers);
     bool Move_Camera(TCamera* camera, const QPoint& cursor, Qt::KeyboardModifiers modifiers) const;
     void Drag_Rubber_Band(const QPoint& position);
-    void Show_Rubber_Band();
     void Note_Modifier_Key(int key, bool down);
+
+    bool d_Initialised{false};
 };

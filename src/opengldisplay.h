@@ -55,14 +55,6 @@ public:
     int Convert_Geometry_To_Buffer(const TOpenGLGeometryFactory::TMesh& geometry, double** vertices,
                                    double** normals);
 
-protected:
-    /// The positions, three for each axis segment, and where the letters stand.
-    struct TTriad
-    {
-        double vertices[18];
-        TVector3 anchors[3];
-    };
-
     void GLInit() override;
     void GLResize(int /*width*/, int /*height*/) override {}
     void GLRender() override;
@@ -75,6 +67,14 @@ protected:
     void Render_Line_Buffer(unsigned int size, const TVector3& color, double* vertices);
     void Render_Line_Strip_Buffer(unsigned int size, const TVector3& color, double* vertices);
     void Render_Point_Buffer(unsigned int size, const TVector3& color, double* vertices);
+
+protected:
+    /// The positions, three for each axis segment, and where the letters stand.
+    struct TTriad
+    {
+        double vertices[18];
+        TVector3 anchors[3];
+    };
 
     TTriad Triad() const;
     void Fit_Scene(const TTriad& triad);

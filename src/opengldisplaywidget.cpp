@@ -4,12 +4,15 @@
 #include "ballbarmeshes.h"
 #include "opengldisplay.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QIcon>
 #include <QLabel>
+#include <QPainter>
 #include <QSignalBlocker>
 #include <QSpacerItem>
 #include <QToolButton>
+#include <QToolTip>
 
 namespace
 {
@@ -42,6 +45,14 @@ QPalette Black_On_White(QPalette palette)
     return palette;
 }
 
+/// The frame's style sheet has no selector and whitens the tips of its buttons too: their text must fit.
+QString Tip_Style()
+{
+    const QPalette palette = QToolTip::palette();
+    return QStringLiteral("QToolTip { color: %1; background-color: %2; border: 1px solid %1; padding: 1px; }")
+        .arg(palette.color(QPalette::ToolTipText).name(), palette.color(QPalette::ToolTipBase).name());
+}
+
 } // namespace
 
 TOpenGLDisplayWidget::TOpenGLDisplayWidget(const QWidget* parent, Qt::WindowFlags flags)
@@ -67,6 +78,7 @@ TOpenGLDisplayWidget::TOpenGLDisplayWidget(const QWidget* parent, Qt::WindowFlag
         d_Display = new TOpenGLDisplay(this);
         d_Display->setObjectName(QStringLiteral("display"));
         d_Display->setAccessibleName(tr("Ball bars in the volume of the machine"));
+        d_Display->installEventFilter(this);
         layout->addWidget(d_Display, 0, 0, 6, 1);
         connect(d_Display, &TOpenGLWidget::Model_Click_Point, this,
                 &TOpenGLDisplayWidget::Model_Item_Clicked);
@@ -162,6 +174,25 @@ void TOpenGLDisplayWidget::Model_Item_Clicked(const double&, const double&, cons
     emit Ballbar_Item_Clicked(item);
 }
 
+// A ring in the room that frame and margin leave around the view; its blue is dark enough for the white
+// frame on every desktop.
+void TOpenGLDisplayWidget::paintEvent(QPaintEvent* event)
+{
+    QFrame::paintEvent(event);
+    if (!d_Display || !d_Display->hasFocus())
+        return;
+    QPainter painter(this);
+    painter.setPen(QPen(QColor(0, 90, 180), 2));
+    painter.drawRect(d_Display->geometry().adjusted(-1, -1, 1, 1));
+}
+
+bool TOpenGLDisplayWidget::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        update();
+    return QFrame::eventFilter(watched, event);
+}
+
 QToolButton* TOpenGLDisplayWidget::Add_Button(QGridLayout* layout, int row, const QString& tool_tip,
                                               const QString& image)
 {
@@ -172,6 +203,7 @@ QToolButton* TOpenGLDisplayWidget::Add_Button(QGridLayout* layout, int row, cons
     button->setIcon(QIcon(QStringLiteral(":/toolbar/%1.png").arg(image)));
     button->setToolTip(tool_tip);
     button->setAccessibleName(tool_tip);
+    button->setStyleSheet(Tip_Style());
     button->setPalette(Black_On_White(button->palette()));
     layout->addWidget(button, row, 1);
     return button;

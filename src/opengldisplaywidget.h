@@ -34,12 +34,17 @@ signals:
     /// A click on something drawn: the index of the bar, -1 for what is no bar.
     void Ballbar_Item_Clicked(int index);
 
-private slots:
+public slots:
     void Scale_To_Fit();
+    /// The drag modes: one is always on, unchecking any leads back to panning.
     void Pan(bool checked);
     void Rotate2d(bool checked);
     void Rotate3d(bool checked);
     void Model_Item_Clicked(const double& x, const double& y, const double& z, int item);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QToolButton* Add_Button(QGridLayout* layout, int row, const QString& tool_tip, const QString& image);

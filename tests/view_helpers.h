@@ -30,7 +30,7 @@ inline QPointF Pixel(TOpenGLWidget* view, const TVector3& point)
 {
     QPoint pixel;
     view->Point_Raster_Position(&pixel.rx(), &pixel.ry(), point);
-    return QPointF(pixel) / view->devicePixelRatioF();
+    return pixel;
 }
 
 inline void Send_Mouse(QWidget* view, QEvent::Type type, const QPointF& position, Qt::MouseButton button,
