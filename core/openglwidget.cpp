@@ -209,10 +209,7 @@ bool TOpenGLWidget::Is_Point_Between(const TVector3& point, const TVector3& a, c
 
 void TOpenGLWidget::Point_Raster_Position(int* x, int* y, const TVector3& point)
 {
-    QPoint pixel;
-    if (Make_Current())
-        Read_Camera().Raster_Position(point, &pixel.rx(), &pixel.ry());
-    pixel /= devicePixelRatioF();
+    const QPoint pixel = Make_Current() ? Widget_Pixel(Read_Camera(), point) : QPoint();
     *x = pixel.x();
     *y = pixel.y();
 }
@@ -356,6 +353,13 @@ TCamera TOpenGLWidget::Read_Camera()
     glGetDoublev(GL_PROJECTION_MATRIX, camera.projection.Data());
     glGetIntegerv(GL_VIEWPORT, camera.viewport);
     return camera;
+}
+
+QPoint TOpenGLWidget::Widget_Pixel(const TCamera& camera, const TVector3& point) const
+{
+    QPoint pixel;
+    camera.Raster_Position(point, &pixel.rx(), &pixel.ry());
+    return pixel / devicePixelRatioF();
 }
 
 QPoint TOpenGLWidget::In_Viewport(const TCamera& camera, const QPoint& position) const

@@ -97,6 +97,8 @@ protected:
     bool Make_Current();
     /// What OpenGL holds now; the context must be current.
     TCamera Read_Camera();
+    /// The widget pixel in which a camera shows a model point.
+    QPoint Widget_Pixel(const TCamera& camera, const TVector3& point) const;
 
     TMat4 d_ModelMatrix;
     TMat4 d_ProjectionMatrix;

@@ -81,7 +81,6 @@ TOpenGLDisplay::~TOpenGLDisplay()
 void TOpenGLDisplay::Add_BallBar(const TBallBar& bar)
 {
     d_BallBars.push_back(bar);
-    d_Labels.Add(bar.name, bar.label);
     const int level = BallBarMeshes::Level(d_BallBars.size());
     if (level == d_Level) {
         Create_Meshes(&d_BallBars.back());
@@ -312,17 +311,23 @@ void TOpenGLDisplay::Render_Probes(const TBallBar& bar)
     Render_Mesh(bar, BallBarMeshes::RUBIES, rubies);
 }
 
-// Culling would take the image away, and the painter leaves it on.
+// Culling would take the labels away, and the painter leaves it on.
 void TOpenGLDisplay::Render_Labels(const TTriad& triad)
 {
     const TCamera camera = Read_Camera();
     if (!camera.Has_Pixels())
         return;
-    const QImage& labels = d_Labels.Paint(camera, triad.anchors, font(), devicePixelRatioF());
     glPushAttrib(GL_ALL_ATTRIB_BITS);
     glDisable(GL_CULL_FACE);
     QPainter painter(this);
-    painter.drawImage(0, 0, labels);
+    painter.setPen(Qt::black);
+    for (int axis = 0; axis < 3; ++axis)
+        painter.drawText(Widget_Pixel(camera, triad.anchors[axis]), QString(QLatin1Char("XYZ"[axis])));
+    d_Labels.Begin(size(), font(), devicePixelRatioF());
+    for (const TBallBar& bar : d_BallBars)
+        d_Labels.Add(bar.name, Widget_Pixel(camera, bar.label));
+    painter.scale(1.0 / devicePixelRatioF(), 1.0 / devicePixelRatioF());
+    d_Labels.Draw(&painter);
     painter.end();
     glPopAttrib();
 }

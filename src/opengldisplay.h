@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ballbarmeshes.h"
-#include "labellayer.h"
+#include "labelatlas.h"
 #include "openglgeometryfactory.h"
 #include "openglvertexbuffer.h"
 #include "openglwidget.h"
@@ -110,5 +110,5 @@ private:
     void Render_Flat(GLenum mode, unsigned int size, const TVector3& color, double* vertices);
 
     int d_Level;
-    TLabelLayer d_Labels;
+    TLabelAtlas d_Labels;
 };

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+#include "labelatlas.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+#include <QVector>
+
+#include <algorithm>
+
+namespace
+{
+
+const QSize SHEET_SIZE(2048, 512); // 4 MB, and less than any graphics card's limit
+constexpr size_t MOST_SHEETS = 32;
+
+QString Shown(const QString& name)
+{
+    return name.size() <= TLabelAtlas::LONGEST_NAME ? name
+                                                    : name.left(TLabelAtlas::LONGEST_NAME) + QChar(0x2026);
+}
+
+} // namespace
+
+void TLabelAtlas::Begin(const QSize& view, const QFont& font, double ratio)
+{
+    d_Boxes.clear();
+    d_View = view;
+    if (font == d_Font && ratio == d_Ratio)
+        return;
+    Clear();
+    d_Font = font;
+    d_Ratio = ratio;
+}
+
+void TLabelAtlas::Add(const QString& name, const QPoint& pixel)
+{
+    TPicture& picture = Measured(name);
+    const QRect box(pixel - QPoint(1, 1), picture.size);
+    if (!box.intersects(QRect(QPoint(), d_View)))
+        return;
+    if (picture.sheet < 0 && Find_Place(&picture)) {
+        QPainter painter(&d_Sheets.back());
+        Paint_Box(&painter, {name, picture.place.topLeft(), picture});
+    }
+    d_Boxes.push_back({name, box.topLeft() * d_Ratio, picture});
+}
+
+// A driver blends an image of the view faster than very many boxes that overlap; few boxes it blends faster
+// than a large image.
+void TLabelAtlas::Draw(QPainter* painter)
+{
+    const QSize size = d_View * d_Ratio;
+    double pixels = 0.0;
+    for (const TBox& box : d_Boxes)
+        pixels += d_Ratio * d_Ratio * box.picture.size.width() * box.picture.size.height();
+    if (2.0 * pixels < 1.0 * size.width() * size.height()) {
+        Copy_Boxes(painter);
+        return;
+    }
+    if (d_Image.size() != size)
+        d_Image = QImage(size, QImage::Format_ARGB32_Premultiplied);
+    d_Image.fill(Qt::transparent);
+    QPainter image_painter(&d_Image);
+    Copy_Boxes(&image_painter);
+    image_painter.end();
+    painter->drawImage(0, 0, d_Image);
+}
+
+void TLabelAtlas::Clear()
+{
+    d_Pictures.clear();
+    d_Sheets.clear();
+    d_Free = {};
+    d_RowHeight = 0;
+}
+
+TLabelAtlas::TPicture& TLabelAtlas::Measured(const QString& name)
+{
+    TPicture& picture = d_Pictures[name];
+    if (picture.size.isEmpty())
+        picture.size = QFontMetrics(d_Font).size(0, Shown(name)) + QSize(3, 3);
+    return picture;
+}
+
+// Row by row, sheet by sheet. False when the last sheet is full or the picture larger than a sheet.
+bool TLabelAtlas::Find_Place(TPicture* picture)
+{
+    const QSize size = (QSizeF(picture->size) * d_Ratio).toSize();
+    if (size.width() > SHEET_SIZE.width() || size.height() > SHEET_SIZE.height())
+        return false;
+    if (d_Free.x() + size.width() > SHEET_SIZE.width()) {
+        d_Free = {0, d_Free.y() + d_RowHeight};
+        d_RowHeight = 0;
+    }
+    if (d_Sheets.empty() || d_Free.y() + size.height() > SHEET_SIZE.height()) {
+        if (d_Sheets.size() == MOST_SHEETS)
+            return false;
+        d_Sheets.emplace_back(SHEET_SIZE);
+        d_Sheets.back().fill(Qt::transparent);
+        d_Free = {};
+        d_RowHeight = 0;
+    }
+    picture->sheet = static_cast<int>(d_Sheets.size()) - 1;
+    picture->place = QRect(d_Free, size);
+    d_Free.rx() += size.width();
+    d_RowHeight = std::max(d_RowHeight, size.height());
+    return true;
+}
+
+void TLabelAtlas::Copy_Boxes(QPainter* painter) const
+{
+    QVector<QPainter::PixmapFragment> fragments; // all from one sheet
+    for (auto box = d_Boxes.begin(); box != d_Boxes.end(); ++box) {
+        const TPicture& picture = box->picture;
+        if (picture.sheet < 0) {
+            Paint_Box(painter, *box);
+            continue;
+        }
+        const QPointF middle = box->corner + QPointF(picture.place.width(), picture.place.height()) / 2.0;
+        fragments.append(QPainter::PixmapFragment::create(middle, picture.place));
+        if (box + 1 == d_Boxes.end() || (box + 1)->picture.sheet != picture.sheet) {
+            painter->drawPixmapFragments(fragments.constData(), fragments.size(),
+                                         d_Sheets[static_cast<size_t>(picture.sheet)]);
+            fragments.clear();
+        }
+    }
+}
+
+void TLabelAtlas::Paint_Box(QPainter* painter, const TBox& box) const
+{
+    const QRect rect(QPoint(), box.picture.size);
+    painter->save();
+    painter->translate(box.corner);
+    painter->scale(d_Ratio, d_Ratio);
+    painter->fillRect(rect, QColor(224, 224, 224, 160));
+    painter->setFont(d_Font);
+    painter->setPen(Qt::black);
+    painter->drawText(rect, Qt::AlignHCenter | Qt::AlignVCenter, Shown(box.name));
+    painter->restore();
+}
