@@ -8,8 +8,8 @@
 /// The camera of a 3-D view as plain numbers: what the fixed-function matrix stacks hold, without OpenGL.
 ///
 /// Spaces: model (the scene's units), eye (the model turned by `model`), viewport (pixels, origin bottom
-/// left, y up), widget (pixels, origin top left, y down). All pixels are device pixels, but those of the turns,
-/// which are the logical ones that a hand moves by.
+/// left, y up), widget (pixels, origin top left, y down). All pixels are device pixels, but those of the
+/// turns, which are the logical ones that a hand moves by.
 struct TCamera
 {
     /// The modelview matrix in OpenGL's sense: always a rotation. `model * p` takes eye axes to model axes,

@@ -235,7 +235,7 @@ void TOpenGLWidget::mousePressEvent(QMouseEvent* event)
     if (event->buttons() & Qt::LeftButton)
         d_RubberBandActive = false;
     if (d_RubberBand)
-        d_RubberBand->hide(); // of a left drag that is given up by another button
+        d_RubberBand->hide();                      // of a left drag that is given up by another button
     d_PressPosition = event->localPos().toPoint(); // rounds to the nearest pixel
     if (!(event->buttons() & Qt::RightButton))
         return;

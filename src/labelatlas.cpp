@@ -12,6 +12,7 @@ namespace
 
 const QSize SHEET_SIZE(2048, 512); // 4 MB, and less than any graphics card's limit
 constexpr size_t MOST_SHEETS = 32;
+constexpr int MANY_NAMES = 2000;
 
 QString Shown(const QString& name)
 {
@@ -64,6 +65,12 @@ void TLabelAtlas::Draw(QPainter* painter)
     Copy_Boxes(&image_painter);
     image_painter.end();
     painter->drawImage(0, 0, d_Image);
+}
+
+void TLabelAtlas::Make_Room()
+{
+    if (d_Pictures.size() > MANY_NAMES)
+        Clear();
 }
 
 void TLabelAtlas::Clear()

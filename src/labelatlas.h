@@ -11,8 +11,8 @@
 
 class QPainter;
 
-/// Paints names in their boxes. To lay out and paint a text takes far longer than to copy its picture, so each
-/// name is painted once, beside others on a sheet, and copied from there in every frame.
+/// Paints names in their boxes. To lay out and paint a text takes far longer than to copy its picture, so
+/// each name is painted once, beside others on a sheet, and copied from there in every frame.
 class TLabelAtlas
 {
 public:
@@ -27,8 +27,9 @@ public:
     /// of the painter.
     void Draw(QPainter* painter);
 
-    /// Forgets all names.
-    void Clear();
+    /// Forgets the names if they are very many. Otherwise they stay: a set often comes again, with another
+    /// tolerance.
+    void Make_Room();
 
 private:
     struct TPicture
@@ -44,6 +45,7 @@ private:
         TPicture picture;
     };
 
+    void Clear();
     TPicture& Measured(const QString& name);
     bool Find_Place(TPicture* picture);
     void Copy_Boxes(QPainter* painter) const;
@@ -54,8 +56,8 @@ private:
     double d_Ratio{1.0};
     QHash<QString, TPicture> d_Pictures;
     std::vector<QPixmap> d_Sheets;
-    QPoint d_Free;      ///< where on the last sheet the next picture goes
-    int d_RowHeight{0}; ///< of the row there
+    QPoint d_Free;             ///< where on the last sheet the next picture goes
+    int d_RowHeight{0};        ///< of the row there
     std::vector<TBox> d_Boxes; ///< of the frame
-    QImage d_Image; ///< of the view, for many boxes
+    QImage d_Image;            ///< of the view, for many boxes
 };

@@ -103,7 +103,7 @@ void TOpenGLDisplay::Clear_BallBars()
     Remove_Meshes();
     d_BallBars.clear();
     d_SelectionItems.clear();
-    d_Labels.Clear();
+    d_Labels.Make_Room();
     d_Level = BallBarMeshes::Level(0);
 }
 

@@ -330,22 +330,35 @@ TEST(OpenGLDisplayAlone, FindSelection)
     EXPECT_DEATH(view.Selection_Item(5), "offset < static_cast<int>\\(d_SelectionItems.size\\(\\)\\)");
 }
 
-TEST(OpenGLDisplayAlone, LabelsStandAtTheirPixelAtEveryRatio)
+TEST(OpenGLDisplayAlone, LabelsInOrderAtEveryRatio)
 {
-    TCamera camera;
-    camera.viewport[2] = 200;
-    camera.viewport[3] = 100;
-    const TVector3 anchors[3] = {{-0.8, 0, 0}, {-0.5, 0, 0}, {0.7, 0, 0}};
-    for (const int ratio : {1, 2}) {
-        TLabelLayer labels;
-        labels.Add("name", TVector3());
-        const QImage& image = labels.Paint(camera, anchors, QFont(), ratio);
-        const QPoint corner = QPoint(100, 50) - ratio * QPoint(1, 1);
-        EXPECT_EQ(qAlpha(image.pixel(corner)), 160);
-        EXPECT_EQ(qAlpha(image.pixel(corner - QPoint(1, 1))), 0);
-        for (const TVector3& anchor : anchors) { // a letter stands on each
-            const QRect letter(static_cast<int>(100 + 100 * anchor.x), 50 - 9 * ratio, 9 * ratio, 9 * ratio);
-            EXPECT_GT(Count(image.copy(letter), [](const QColor& c) { return c.alpha() > 200; }), 3);
+    const QStringList names{"under", "over", QString(5000, 'W')};
+    for (const double ratio : {1.0, 1.5, 2.0}) {
+        QImage pictures[2]; // of few boxes in a large view, copied to it, and of many in a small one
+        for (const bool many : {false, true}) {
+            TLabelAtlas labels;
+            const QSize view = many ? QSize(60, 40) : QSize(900, 500);
+            QImage& picture = pictures[many] = QImage(view * ratio, QImage::Format_RGB32);
+            picture.fill(Qt::white);
+            for (int frame = 0; frame < 2; ++frame) { // the second copies what the first has painted
+                QPainter painter(&picture);
+                labels.Begin(view, QFont(), ratio);
+                for (int i = 0; i < 3; ++i)
+                    labels.Add(names[i], i < 2 ? QPoint(10 + i, 10 + i) : QPoint(-9000, 30));
+                labels.Add(names[2], {10, 30});
+                painter.fillRect(picture.rect(), Qt::white);
+                labels.Draw(&painter);
+            }
+        }
+        const QImage& picture = pictures[0];
+        const QPoint corner(qRound(9 * ratio), qRound(9 * ratio));
+        EXPECT_EQ(picture.pixelColor(corner), QColor(236, 236, 236)); // 224 at 160/255 over white
+        EXPECT_EQ(picture.pixelColor(corner - QPoint(1, 1)), QColor(Qt::white));
+        EXPECT_EQ(picture.pixelColor(corner + QPoint(4, 4) * ratio).lightness() < 232, true) << ratio;
+        const QImage same = picture.copy(pictures[1].rect());
+        for (int i = 0; i < same.width() * same.height(); ++i) {
+            const QPoint pixel(i % same.width(), i / same.width());
+            EXPECT_NEAR(same.pixelColor(pixel).red(), pictures[1].pixelColor(pixel).red(), 2);
         }
     }
 }
