@@ -112,7 +112,7 @@ void TOpenGLWidget::Set_Rotation_Center()
 
 void TOpenGLWidget::Rotate_Model(const TVector3& axis, const double& angle)
 {
-    if (Length(axis) < 1e-6 || !Make_Current())
+    if (!(Length(axis) >= 1e-6) || !Make_Current())
         return;
     TVector3 unit_axis(axis);
     TMat4 model = Read_Camera().model;

@@ -44,7 +44,8 @@ double TSelectionItem::Distance_From_Segment(const TVector3& point) const
 {
     const TVector3 axis = second_point - first_point;
     const double length = Length(axis);
-    if (!(length > SMALLEST_LENGTH) || !Is_Between_Planes(point, first_point, second_point, axis))
+    if (!(length > SMALLEST_LENGTH && length < UNREACHABLE) ||
+        !Is_Between_Planes(point, first_point, second_point, axis))
         return UNREACHABLE;
     return Length((point - (first_point + second_point) / 2.0) * (axis / length));
 }

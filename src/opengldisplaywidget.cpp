@@ -12,7 +12,6 @@
 #include <QSignalBlocker>
 #include <QSpacerItem>
 #include <QToolButton>
-#include <QToolTip>
 
 namespace
 {
@@ -45,13 +44,10 @@ QPalette Black_On_White(QPalette palette)
     return palette;
 }
 
-/// The frame's style sheet has no selector and whitens the tips of its buttons too: their text must fit.
-QString Tip_Style()
-{
-    const QPalette palette = QToolTip::palette();
-    return QStringLiteral("QToolTip { color: %1; background-color: %2; border: 1px solid %1; padding: 1px; }")
-        .arg(palette.color(QPalette::ToolTipText).name(), palette.color(QPalette::ToolTipBase).name());
-}
+/// The frame's style sheet has no selector and whitens the tips of its buttons too, whose text may be white
+/// on the desktop: both colours of theirs.
+const QString TIP_STYLE = QStringLiteral("QToolTip { color: black; background-color: rgb(255, 255, 220); "
+                                         "border: 1px solid black; padding: 1px; }");
 
 } // namespace
 
@@ -203,7 +199,7 @@ QToolButton* TOpenGLDisplayWidget::Add_Button(QGridLayout* layout, int row, cons
     button->setIcon(QIcon(QStringLiteral(":/toolbar/%1.png").arg(image)));
     button->setToolTip(tool_tip);
     button->setAccessibleName(tool_tip);
-    button->setStyleSheet(Tip_Style());
+    button->setStyleSheet(TIP_STYLE);
     button->setPalette(Black_On_White(button->palette()));
     layout->addWidget(button, row, 1);
     return button;

@@ -86,6 +86,33 @@ TEST_F(KelvoraView, EveryBarIsFoundAtItsMiddle)
     }
 }
 
+TEST_F(KelvoraView, NoFileStopsTheProgram)
+{
+    QStringList rows{"1e12,1e12,0, 1e12,1e12,500, 0,0,0",
+                     "1.2e10,0,0, 1.2e10,0,1.1e-6, 0,0,-80",
+                     "1,2,3, 1,2,3, 0,0,-80",
+                     "5e-324,0,0, 0,5e-324,0, 5e-324,0,0",
+                     "0,0,0, 500,0,0, 1e140,-1e12,1e12",
+                     "1e140,1e140,0, -1e140,0,0, 1e140,0,0"};
+    rows.append(rows.join("\nA,900,")); // all together
+    for (const QString& row : rows) {
+        window->Import_Ballbar_Data(
+            Write(home.filePath("a.dat"),
+                  "BallBar_V2\nA,900," + row.toLatin1().replace('\n', ",0,0\n") + ",0,0\n"));
+        for (const QSize& size : {QSize(1001, 1000), QSize(300, 200)}) {
+            window->resize(size);
+            Fit(view);
+            const QPointF middle = view->rect().center();
+            Click(view, middle);
+            for (const auto key : {Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier})
+                Drag(view, Qt::RightButton, {middle + QPointF(20, 0), middle, {0, 0}}, key);
+            Drag(view, Qt::LeftButton, {{0, 0}, middle, middle});
+            Paint(view);
+        }
+        EXPECT_FALSE(view->grabFramebuffer().isNull());
+    }
+}
+
 TEST_F(KelvoraView, WindowAndViewWorkTogether)
 {
     QImage before = view->grabFramebuffer();
@@ -138,7 +165,13 @@ TEST_F(KelvoraView, ButtonsKeyboardAndScreenReader)
             EXPECT_NE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name), "")
                 << widget->metaObject()->className() << ' ' << widget->objectName().toStdString();
         }
-    view->setFocus();
+    QApplication::setActiveWindow(window.get());
+    QWidget* frame = window->findChild<TOpenGLDisplayWidget*>();
+    const QPoint margin = QPoint(1, 9) * frame->devicePixelRatioF();
+    for (const bool focus : {false, true}) { // is to be seen beside the view
+        focus ? view->setFocus() : view->clearFocus();
+        EXPECT_EQ(frame->grab().toImage().pixelColor(margin).red() < 100, focus);
+    }
     for (const char* const button : {"tb_scale_to_fit", "tb_pan", "tb_rotate2d", "tb_rotate3d"}) {
         QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
         EXPECT_EQ(window->focusWidget()->objectName(), button);

@@ -98,6 +98,15 @@ TEST(Meshes, BarsLookTheirLength)
     EXPECT_EQ(Label_Position({0, 0, 100}, {500, 0, 100}).x, 500 + 1.5 * 25);
     const auto point = Build({1, 1, 1}, {1, 1, 1}, {}, 2); // its ends in one place, and no offset
     EXPECT_TRUE(point[ROD].empty() && point[STEMS].empty() && !point[SPHERES].empty());
+    // Far from the origin, with ends as near as doubles can be: normals stay what they are.
+    for (const double far : {1.2e10, -1e12}) {
+        const TVector3 end(far, far, 0);
+        for (const TVector3& other :
+             {TVector3(far, far, 500), {far, far, 1.1e-6}, {std::nextafter(far, 0), far, 0}})
+            for (const TMesh& mesh : Build(end, other, {0, 0, 1e-5}, 2))
+                for (const auto& vertex : mesh)
+                    EXPECT_NEAR(Length(vertex.normal), 1.0, 1e-12);
+    }
     for (const TVector3& end : {TVector3(500, 0, 100), {100, 400, 300}}) { // among very many bars
         const auto sliver = Build({0, 0, 100}, end, {0, 0, -80}, -1);
         EXPECT_TRUE(Is_Closed(sliver[ROD]) && Volume(sliver[ROD]) > 0 && sliver[SPHERES].empty());

@@ -11,8 +11,9 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     const bool old = TOpenGLWidget::Get_OpenGL_Version_Major(&version, &extensions) == 1;
     EXPECT_TRUE(version.startsWith("1.4") == old && extensions.contains("GL_") == old);
 
-    QApplication::setPalette(
-        QPalette(Qt::white, Qt::black, Qt::gray, Qt::darkGray, Qt::gray, Qt::white, Qt::black));
+    QPalette dark_desktop(Qt::white, Qt::black, Qt::gray, Qt::darkGray, Qt::gray, Qt::white, Qt::black);
+    dark_desktop.setColor(QPalette::ToolTipText, Qt::white);
+    QApplication::setPalette(dark_desktop);
     TOpenGLDisplayWidget frame;
     EXPECT_EQ(frame.findChild<TOpenGLDisplay*>(), nullptr);
     EXPECT_EQ(Child<QLabel>(frame, "message").text(),
@@ -29,6 +30,14 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     EXPECT_EQ(frame.height(), 400); // a long list of extensions does not stretch the window
     const QImage dark = frame.grab(QRect(5, 5, 400, 60)).toImage().createMaskFromColor(qRgb(0, 0, 0));
     EXPECT_GT(dark.pixelIndex(0, 0) + QRegion(QBitmap::fromImage(dark)).rectCount(), 20); // black on white
+    QHelpEvent help(QEvent::ToolTip, {}, frame.mapToGlobal({}));
+    QApplication::sendEvent(&Child<QToolButton>(frame, "tb_pan"), &help);
+    const auto windows = QApplication::topLevelWidgets();
+    const auto tip =
+        std::find_if(windows.begin(), windows.end(), [](QWidget* w) { return w->inherits("QTipLabel"); });
+    ASSERT_NE(tip, windows.end());
+    const QImage text = (*tip)->grab().toImage().convertToFormat(QImage::Format_Mono, Qt::ThresholdDither);
+    EXPECT_GT(QRegion(QBitmap::fromImage(text)).rectCount(), 20); // in another colour than its field
     frame.Add_BallBar(0, "A", {0, 0, 0}, {1, 1, 1}, {0, 0, 1}, true, true);
     frame.Define_Machine_Volume({0, 0, 0}, {1, 1, 1});
     frame.Set_Selection(0);

@@ -19,6 +19,7 @@ public:
     using TOpenGLDisplay::d_RotationCenter;
     using TOpenGLDisplay::d_RubberBand;
     using TOpenGLDisplay::d_TriadOrigin;
+    using TOpenGLDisplay::Triad;
 
     TCamera Camera()
     {
@@ -211,6 +212,12 @@ TEST_F(OpenGLDisplay, RubberBandZooms)
     Fit(&view);
     Click(&view, Pixel(&view, CENTER)); // is no second band
     EXPECT_EQ(items.size(), 1);
+    Send_Mouse(&view, QEvent::MouseButtonPress, {160, 120}, Qt::LeftButton, Qt::LeftButton);
+    Send_Mouse(&view, QEvent::MouseMove, {170, 130}, Qt::NoButton, Qt::LeftButton);
+    EXPECT_TRUE(view.d_RubberBand->isVisible());
+    Send_Mouse(&view, QEvent::MouseButtonPress, {170, 130}, Qt::RightButton,
+               Qt::LeftButton | Qt::RightButton);
+    EXPECT_FALSE(view.d_RubberBand->isVisible()); // nor does a given-up one stay behind
 }
 
 TEST_F(OpenGLDisplay, MovingToAnotherWindowKeepsTheViewAlive)
@@ -232,6 +239,12 @@ TEST_F(OpenGLDisplay, MovingToAnotherWindowKeepsTheViewAlive)
     EXPECT_EQ(items.size(), 1);
     view.setParent(nullptr);
     Show(&view, &view);
+    TTestDisplay
+        unfitted; // the very first context takes the fit as it was asked for, and the mode is panning
+    unfitted.d_FitRequested = false;
+    unfitted.d_Rotate2dMode = true;
+    Show(&unfitted, &unfitted);
+    EXPECT_TRUE(unfitted.Camera().projection(10) == 1.0 && unfitted.d_PanMode && !unfitted.d_Rotate2dMode);
 }
 
 TEST_F(OpenGLDisplay, ColoursOfEveryState)
@@ -300,6 +313,10 @@ TEST_F(OpenGLDisplay, EveryBarCarriesItsLabel)
         EXPECT_EQ(picture.pixelColor(corner), QColor(236, 236, 236)); // 224 at 160/255 over white
         EXPECT_GT(Count(picture.copy(label), [](const QColor& c) { return c.lightness() < 100; }), 5);
     }
+    for (const TVector3& anchor : view.Triad().anchors) { // a letter stands on each
+        const QRect letter(Pixel(&view, anchor).toPoint() - QPoint(0, 9), QSize(9, 10));
+        EXPECT_GT(Count(picture.copy(letter), [](const QColor& c) { return c.lightness() < 100; }), 3);
+    }
     view.Add(4, {0, 0, 0}, {1e300, 0, 0}, false, false, QString(5000, 'W'));
     view.Add(5, {0, 0, 0}, {0, 0, 0}, false, false, QString(5000, '\n'));
     Fit(&view);
@@ -319,6 +336,7 @@ TEST(OpenGLDisplayAlone, FindSelection)
     add(TSelectionItem::SEGMENT, {50, 0, 0}, {50, 0, 0}); // never hit
     add(TSelectionItem::BOX, {200, 10, 10}, {100, -10, -10});
     add(TSelectionItem::BOX, {300, 10, 10}, {200, -10, -10}, 0.0); // its directions get repaired
+    add(TSelectionItem::SEGMENT, {-1e200, 0, 0}, {1e200, 0, 0});   // longer than can be measured: never hit
     const std::pair<TVector3, int> rows[] = {{{10, 5, 0}, 0},  {{10, 900, 0}, 1},  // any distance
                                              {{10, 20, 0}, 0},                     // on a tie the first
                                              {{0, 0, 0}, -1},  {{100, 0, 0}, -1},  // on an end plane
@@ -327,38 +345,43 @@ TEST(OpenGLDisplayAlone, FindSelection)
     for (const auto& [point, offset] : rows)
         EXPECT_EQ(view.Find_Selection(point), offset) << point.x << ", " << point.y;
     EXPECT_DEATH(view.Selection_Item(-1), "!\\(offset < 0\\)");
-    EXPECT_DEATH(view.Selection_Item(5), "offset < static_cast<int>\\(d_SelectionItems.size\\(\\)\\)");
+    EXPECT_DEATH(view.Selection_Item(6), "offset < static_cast<int>\\(d_SelectionItems.size\\(\\)\\)");
 }
 
-TEST(OpenGLDisplayAlone, LabelsInOrderAtEveryRatio)
+TEST(OpenGLDisplayAlone, LabelsLookAsIfPaintedOneByOne)
 {
-    const QStringList names{"under", "over", QString(5000, 'W')};
-    for (const double ratio : {1.0, 1.5, 2.0}) {
-        QImage pictures[2]; // of few boxes in a large view, copied to it, and of many in a small one
-        for (const bool many : {false, true}) {
-            TLabelAtlas labels;
-            const QSize view = many ? QSize(60, 40) : QSize(900, 500);
-            QImage& picture = pictures[many] = QImage(view * ratio, QImage::Format_RGB32);
-            picture.fill(Qt::white);
-            for (int frame = 0; frame < 2; ++frame) { // the second copies what the first has painted
-                QPainter painter(&picture);
-                labels.Begin(view, QFont(), ratio);
-                for (int i = 0; i < 3; ++i)
-                    labels.Add(names[i], i < 2 ? QPoint(10 + i, 10 + i) : QPoint(-9000, 30));
-                labels.Add(names[2], {10, 30});
-                painter.fillRect(picture.rect(), Qt::white);
-                labels.Draw(&painter);
+    const QString letters(TLabelAtlas::LONGEST_NAME, 'W');
+    const std::tuple<QString, QString, QPoint> rows[] = {{"under", "under", {10, 10}},
+                                                         {"over", "over", {14, 14}},
+                                                         {letters + "WW", letters + QChar(0x2026), {10, 30}},
+                                                         {"over", "over", {-9, 40}},
+                                                         {"out", "out", {-99, 9}}};
+    for (const int ratio : {1, 2}) {
+        for (const QSize& view : {QSize(900, 500), QSize(60, 50)}) { // few boxes for its size, and many
+            QImage pictures[2];
+            for (QImage& picture : pictures) {
+                picture = QImage(view * ratio, QImage::Format_RGB32);
+                picture.fill(Qt::white);
             }
-        }
-        const QImage& picture = pictures[0];
-        const QPoint corner(qRound(9 * ratio), qRound(9 * ratio));
-        EXPECT_EQ(picture.pixelColor(corner), QColor(236, 236, 236)); // 224 at 160/255 over white
-        EXPECT_EQ(picture.pixelColor(corner - QPoint(1, 1)), QColor(Qt::white));
-        EXPECT_EQ(picture.pixelColor(corner + QPoint(4, 4) * ratio).lightness() < 232, true) << ratio;
-        const QImage same = picture.copy(pictures[1].rect());
-        for (int i = 0; i < same.width() * same.height(); ++i) {
-            const QPoint pixel(i % same.width(), i / same.width());
-            EXPECT_NEAR(same.pixelColor(pixel).red(), pictures[1].pixelColor(pixel).red(), 2);
+            pictures[1].setDevicePixelRatio(ratio);
+            QPainter painter(&pictures[0]);
+            QPainter reference(&pictures[1]);
+            TLabelAtlas labels;
+            labels.Begin(view, QFont(), ratio);
+            for (const auto& [name, shown, pixel] : rows) {
+                labels.Add(name, pixel);
+                const QRect box(pixel - QPoint(1, 1), QFontMetrics(QFont()).size(0, shown) + QSize(3, 3));
+                reference.fillRect(box, QColor(224, 224, 224, 160));
+                reference.drawText(box, Qt::AlignCenter, shown);
+            }
+            labels.Draw(&painter);
+            int worst = 0;
+            for (int i = 0; i < pictures[0].width() * pictures[0].height(); ++i) {
+                const QPoint pixel(i % pictures[0].width(), i / pictures[0].width());
+                worst = std::max(worst,
+                                 std::abs(qRed(pictures[0].pixel(pixel)) - qRed(pictures[1].pixel(pixel))));
+            }
+            EXPECT_LE(worst, 2) << ratio << ", " << view.width();
         }
     }
 }

@@ -50,9 +50,10 @@ inline void Drag(QWidget* view, Qt::MouseButton button, const QVector<QPointF>& 
     Send_Mouse(view, QEvent::MouseButtonRelease, positions.last(), button, Qt::NoButton, modifiers);
 }
 
+/// With a tremble, as a hand has it.
 inline void Click(QWidget* view, const QPointF& position)
 {
-    Drag(view, Qt::LeftButton, {position});
+    Drag(view, Qt::LeftButton, {position, position + QPointF(1, 0), position});
 }
 
 inline void Wheel(QWidget* view, int delta)
