@@ -28,16 +28,14 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     frame.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&frame));
     EXPECT_EQ(frame.height(), 400); // a long list of extensions does not stretch the window
-    const QImage dark = frame.grab(QRect(5, 5, 400, 60)).toImage().createMaskFromColor(qRgb(0, 0, 0));
-    EXPECT_GT(dark.pixelIndex(0, 0) + QRegion(QBitmap::fromImage(dark)).rectCount(), 20); // black on white
+    const auto black_parts = [](const QPixmap& picture) {
+        return QRegion(picture.createMaskFromColor(Qt::black, Qt::MaskOutColor)).rectCount();
+    };
+    EXPECT_GT(black_parts(frame.grab(QRect(5, 5, 400, 60))), 20); // text on white
     QHelpEvent help(QEvent::ToolTip, {}, frame.mapToGlobal({}));
     QApplication::sendEvent(&Child<QToolButton>(frame, "tb_pan"), &help);
-    const auto windows = QApplication::topLevelWidgets();
-    const auto tip =
-        std::find_if(windows.begin(), windows.end(), [](QWidget* w) { return w->inherits("QTipLabel"); });
-    ASSERT_NE(tip, windows.end());
-    const QImage text = (*tip)->grab().toImage().convertToFormat(QImage::Format_Mono, Qt::ThresholdDither);
-    EXPECT_GT(QRegion(QBitmap::fromImage(text)).rectCount(), 20); // in another colour than its field
+    for (QWidget* tip : QApplication::topLevelWidgets())
+        EXPECT_TRUE(!tip->inherits("QTipLabel") || black_parts(tip->grab()) > 20);
     frame.Add_BallBar(0, "A", {0, 0, 0}, {1, 1, 1}, {0, 0, 1}, true, true);
     frame.Define_Machine_Volume({0, 0, 0}, {1, 1, 1});
     frame.Set_Selection(0);
