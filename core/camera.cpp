@@ -25,11 +25,11 @@ bool Is_Usable_Scale(double scale)
     return std::fabs(scale) <= LARGEST_USABLE && std::fabs(scale) >= 1.0 / LARGEST_USABLE;
 }
 
-/// The whole part, at the limits of int for what lies far outside the viewport.
+/// The whole part; far outside the viewport, where also goes what is no number, about the limits of int.
 int Truncated(double value)
 {
     constexpr double limit = 1e9;
-    return static_cast<int>(std::isnan(value) ? 0.0 : std::clamp(value, -limit, limit));
+    return static_cast<int>(std::isnan(value) ? limit : std::clamp(value, -limit, limit));
 }
 
 } // namespace

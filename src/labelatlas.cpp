@@ -11,7 +11,7 @@ namespace
 {
 
 const QSize SHEET_SIZE(2048, 512); // 4 MB, and less than any graphics card's limit
-constexpr size_t MOST_SHEETS = 32;
+constexpr size_t MOST_SHEETS = 32; // names beyond are painted in every frame
 constexpr int MANY_NAMES = 2000;
 
 QString Shown(const QString& name)
@@ -46,15 +46,16 @@ void TLabelAtlas::Add(const QString& name, const QPoint& pixel)
     d_Boxes.push_back({name, box.topLeft() * d_Ratio, picture});
 }
 
-// A driver blends an image of the view faster than very many boxes that overlap; few boxes it blends faster
-// than a large image.
+// A pixel of a box costs twice as much to copy to the view as one of an image that is copied there at once:
+// very many boxes, which overlap, go into an image first, where they cost next to nothing.
 void TLabelAtlas::Draw(QPainter* painter)
 {
     const QSize size = d_View * d_Ratio;
+    const auto area = [](const QSize& s) { return static_cast<double>(s.width()) * s.height(); };
     double pixels = 0.0;
     for (const TBox& box : d_Boxes)
-        pixels += d_Ratio * d_Ratio * box.picture.size.width() * box.picture.size.height();
-    if (2.0 * pixels < 1.0 * size.width() * size.height()) {
+        pixels += area(box.picture.size) * d_Ratio * d_Ratio;
+    if (2.0 * pixels < area(size)) {
         Copy_Boxes(painter);
         return;
     }
