@@ -96,9 +96,11 @@ struct TGraphPainter::TColumn
         const TVector2* const begin = points.data() + next;
         const TVector2* const end = points.data() + points.size();
         const TVector2* point = begin;
-        for (; point != end; ++point) {
+        for (; point != end && point->x > from.x && point->x < to.x; ++point) {
             const double y = point->y;
-            if (!(point->x > from.x && point->x < to.x && y > from.y && y < to.y))
+            if (y >= lowest && y <= highest)
+                continue; // as most do
+            if (!(y > from.y && y < to.y))
                 break;
             lowest = std::min(lowest, y);
             highest = std::max(highest, y);
