@@ -24,25 +24,30 @@ QByteArray Key_Line(const QString& key, const QString& text)
 void Append_Position_Line(QString* lines, const Types::TBallbar_Item& position)
 {
     *lines += POSITION_KEY + position.name;
-    for (const double value : {position.sph1.x, position.sph1.y, position.sph1.z, position.sph2.x,
-                               position.sph2.y, position.sph2.z, position.sph1_form, position.sph2_form,
-                               position.tool.x, position.tool.y, position.tool.z})
-        *lines += ',' + Fixed(value, 5);
+    for (const double* number : Stored_Numbers(position))
+        *lines += ',' + Fixed(*number, 5);
     *lines += '\n';
+}
+
+// A line without blanks at its ends. Given as a whole, a line would end at its first NUL. What SQLite does not
+// give back as it was stored becomes what bytes that are no UTF-8 become, or the set would not be found again.
+QString Text_Of(const QByteArray& line)
+{
+    QString text = QString::fromUtf8(line.constData(), line.size()).simplified();
+    for (const QChar lost : {QChar(0x0000), QChar(0xfffe), QChar(0xffff)})
+        text.replace(lost, QChar::ReplacementCharacter);
+    return text;
 }
 
 // The counterpart of Append_Position_Line(): `fields` is its text after the key.
 Types::TBallbar_Item Position_Of(const QString& fields)
 {
     const QVector<QStringRef> parts = fields.splitRef(',');
-    const auto number = [&parts](int field) { return Decimal_Or(parts[field].toString(), 0.0); };
     Types::TBallbar_Item position;
     position.name = parts[0].toString();
-    position.sph1 = {number(1), number(2), number(3)};
-    position.sph2 = {number(4), number(5), number(6)};
-    position.sph1_form = number(7);
-    position.sph2_form = number(8);
-    position.tool = {number(9), number(10), number(11)};
+    int field = 0;
+    for (double* number : Stored_Numbers(position))
+        *number = Decimal_Or(parts[++field].toString(), 0.0);
     return position;
 }
 
@@ -73,7 +78,7 @@ QByteArray Backup_File::Position_Lines(const TDatabaseItem& item)
 
 Backup_File::TRecord Backup_File::Read_Line(const QByteArray& line)
 {
-    const QString text = QString::fromUtf8(line).simplified();
+    const QString text = Text_Of(line);
     const auto after = [&text](QLatin1String key) { return text.mid(key.size()); };
     if (text == HEADER)
         return {TRecord::HEADER, {}, {}};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "database.h"
 
+#include "databasecatalogue.h"
 #include "keptcopies.h"
 
 #include <QFile>
@@ -16,21 +17,33 @@ namespace
 {
 
 const char* const DRIVER = "QSQLITE";
-const char* const BUSY = "5"; // SQLite's code for a database that another process has locked
+const QString DATE_NOT_FOUND = QStringLiteral("Date not found.");
+const QString TIME_NOT_FOUND = QStringLiteral("Time not found.");
+const QString DELETE_FAILURE = QStringLiteral("Cannot delete existing ballbar data");
+const QString DATA_FAILURE = QStringLiteral("Cannot add data to table 'data'");
+const QString SUMMARY_FAILURE = QStringLiteral("Cannot add data to table 'summary'");
 
-constexpr Statements::TRows NO_ROWS{std::numeric_limits<qint64>::max(), std::numeric_limits<qint64>::min()};
+// What a catalogue is filled from, in this order.
+enum TTable
+{
+    DATES,
+    TIMES,
+    POSITIONS,
+    ALL_TABLES
+};
+
+// SQLite's codes for a change that breaks a rule of the database, or is too large for it.
+constexpr int TOO_BIG = 18;
+constexpr int CONSTRAINT = 19;
 
 // The row of Statements::Select_Positions().
 Types::TBallbar_Item Position_Of(const QSqlQuery& row)
 {
-    const auto number = [&row](int column) { return row.value(column).toDouble(); };
     Types::TBallbar_Item position;
     position.name = row.value(0).toString();
-    position.sph1 = {number(1), number(2), number(3)};
-    position.sph2 = {number(4), number(5), number(6)};
-    position.sph1_form = number(7);
-    position.sph2_form = number(8);
-    position.tool = {number(9), number(10), number(11)};
+    int column = 0;
+    for (double* number : Stored_Numbers(position))
+        *number = row.value(++column).toDouble();
     return position;
 }
 
@@ -47,6 +60,34 @@ QString Open_Error(const QSqlError& error, const QString& file)
 }
 
 } // namespace
+
+/// What is known while a reading or a replacement is under way.
+struct TDatabase::TScope
+{
+    TDatabaseCatalogue catalogue;
+    bool replacing{false};
+    int known{DATES}; ///< the first table that the catalogue does not hold yet
+    QString failure;  ///< why nothing more can be read, or why everything stays as it was
+};
+
+TDatabase::TReading::TReading(TDatabase* database)
+    : d_database(database->d_scope || !database->Is_Connected() ? nullptr : database)
+{
+    if (!d_database)
+        return;
+    d_database->Change_Or_Not(Statements::Roll_Back()); // what a failed save has left is no set
+    d_database->d_scope = std::make_unique<TScope>();
+    d_database->Change_Or_Not(Statements::Begin());
+    d_database->Know(TIMES);
+}
+
+TDatabase::TReading::~TReading()
+{
+    if (!d_database)
+        return;
+    d_database->d_scope.reset();
+    d_database->Change_Or_Not(Statements::Roll_Back());
+}
 
 TDatabase::TDatabase() : d_connection_name("ballbar_database"), d_database(std::make_unique<QSqlDatabase>())
 {
@@ -66,7 +107,6 @@ bool TDatabase::Connect(const QString& file)
     d_database =
         std::make_unique<QSqlDatabase>(registered ? QSqlDatabase::database(d_connection_name, true)
                                                   : QSqlDatabase::addDatabase(DRIVER, d_connection_name));
-    d_database->setConnectOptions(QString("QSQLITE_BUSY_TIMEOUT=%1").arg(BUSY_TIMEOUT));
     d_database->setDatabaseName(file);
     if (!d_database->open()) {
         // The text names the file that was open before, not the one that failed.
@@ -75,8 +115,6 @@ bool TDatabase::Connect(const QString& file)
         return Fail(error);
     }
     d_database_file_name = file;
-    d_waits_for_locks = true;
-    Forget_Rows();
     return true;
 }
 
@@ -85,7 +123,10 @@ bool TDatabase::Initialize()
     if (!Is_Connected())
         return Fail("Database not open");
 
-    const QStringList tables = d_database->tables();
+    QStringList tables; // Qt's own list is empty, without a word, while another process has the lock
+    if (!Read(Statements::Select_Tables(),
+              [&tables](const QSqlQuery& row) { tables << row.value(0).toString(); }))
+        return Fail("Cannot read the list of tables.  Reason: " + d_last_error);
     for (const Statements::TTable& table : Statements::TABLES) {
         QSqlQuery query = Query();
         if (!tables.contains(table.name, Qt::CaseInsensitive) && !Execute(&query, table.create))
@@ -111,22 +152,59 @@ void TDatabase::Clear()
 {
     if (!Is_Connected())
         return;
-    Forget_Rows();
     Change_Or_Not(Statements::Roll_Back());
     for (const Statements::TTable& table : Statements::TABLES)
         Change_Or_Not(Statements::Delete_All(table));
 }
 
-bool TDatabase::Keep_Copy()
+bool TDatabase::Replace_All(const std::function<void()>& fill)
 {
     if (!Is_Connected())
         return Fail("Not connected");
     Change_Or_Not(Statements::Roll_Back());
+    if (!Lock_And_Copy())
+        return false;
+
+    const QString failure = "Cannot replace the database";
+    d_scope = std::make_unique<TScope>();
+    d_scope->replacing = true;
+    d_scope->known = ALL_TABLES; // which are empty
+    for (const Statements::TTable& table : Statements::TABLES) {
+        if (d_scope->failure.isEmpty() && !Change(Statements::Delete_All(table), failure))
+            d_scope->failure = d_last_error;
+    }
+    if (d_scope->failure.isEmpty())
+        fill();
+    const std::unique_ptr<TScope> scope = std::move(d_scope);
+    if (scope->failure.isEmpty() && Change(Statements::Commit(), failure))
+        return true;
+    Change_Or_Not(Statements::Roll_Back());
+    return Fail(scope->failure.isEmpty() ? d_last_error : scope->failure);
+}
+
+// Keeps others out until the end of the transaction that it leaves open. A copy cannot be made within one, so
+// the lock is kept across two of them.
+bool TDatabase::Lock_And_Copy()
+{
     const QString failure = "Cannot keep a copy of the database";
     if (!Change(Statements::Begin_Alone(), failure))
         return false;
+    // A database that may only be read lets itself be locked, but not be changed.
+    const bool writable = Change(Statements::Keep_Lock(true), failure) &&
+                          Change(Statements::Delete_All(Statements::TABLES[0]), failure);
     Change_Or_Not(Statements::Roll_Back());
+    const bool copied = writable && Keep_Copy(failure);
+    const QString error = d_last_error;
+    const bool begun = Change(Statements::Begin_Alone(), failure);
+    Change_Or_Not(Statements::Keep_Lock(false));
+    if (copied && begun)
+        return true;
+    Change_Or_Not(Statements::Roll_Back());
+    return copied ? false : Fail(error);
+}
 
+bool TDatabase::Keep_Copy(const QString& failure)
+{
     const QString copy = Kept_Copies::File_Name(d_database_file_name, QDateTime::currentDateTime());
     const QString unfinished =
         d_database_file_name + ".copy"; // one that a killed program left is overwritten
@@ -143,24 +221,24 @@ bool TDatabase::Keep_Copy()
     return true;
 }
 
-void TDatabase::Set_Bulk_Mode(bool bulk)
-{
-    if (!Is_Connected())
-        return;
-    Change_Or_Not(Statements::Roll_Back());
-    const QStringList statements = Statements::Set_Bulk_Mode(bulk);
-    for (const QString& statement : statements)
-        Change_Or_Not(statement);
-}
-
 int TDatabase::Date_Id(const QString& date) const
 {
-    return First_Id(Statements::Select_Date_Id(date), "Date not found.");
+    if (!d_scope)
+        return First_Id(Statements::Select_Date_Id(date), DATE_NOT_FOUND);
+    const int date_id = d_scope->catalogue.Date_Id(date);
+    if (date_id < 0)
+        Fail(DATE_NOT_FOUND);
+    return date_id;
 }
 
 int TDatabase::Time_Id(int date_id, const QString& time) const
 {
-    return First_Id(Statements::Select_Time_Id(date_id, time), "Time not found.");
+    if (!d_scope)
+        return First_Id(Statements::Select_Time_Id(date_id, time), TIME_NOT_FOUND);
+    const int time_id = d_scope->catalogue.Time_Id(date_id, time);
+    if (time_id < 0)
+        Fail(TIME_NOT_FOUND);
+    return time_id;
 }
 
 bool TDatabase::Date_Exists(const QString& date) const
@@ -180,7 +258,11 @@ bool TDatabase::Time_Exists(const QString& date, const QString& time) const
 
 QStringList TDatabase::Date_List(bool* valid) const
 {
-    return First_Column(Statements::Select_Dates(), valid);
+    assert(valid);
+    if (!d_scope)
+        return First_Column(Statements::Select_Dates(), valid);
+    *valid = Know(DATES);
+    return d_scope->catalogue.Dates();
 }
 
 QStringList TDatabase::Time_List(const QString& date, bool* valid) const
@@ -188,7 +270,12 @@ QStringList TDatabase::Time_List(const QString& date, bool* valid) const
     assert(valid);
     *valid = false;
     const int date_id = Date_Id(date);
-    return date_id < 0 ? QStringList() : First_Column(Statements::Select_Times(date_id), valid);
+    if (date_id < 0)
+        return {};
+    if (!d_scope)
+        return First_Column(Statements::Select_Times(date_id), valid);
+    *valid = Know(TIMES);
+    return d_scope->catalogue.Times(date_id);
 }
 
 TDatabaseItem TDatabase::Database_Item(const QString& date, const QString& time, bool* valid) const
@@ -198,13 +285,12 @@ TDatabaseItem TDatabase::Database_Item(const QString& date, const QString& time,
     TDatabaseItem item;
     const int date_id = Date_Id(date);
     const int time_id = date_id < 0 ? -1 : Time_Id(date_id, time);
-    if (time_id < 0)
+    if (time_id < 0 || (d_scope && !Know(POSITIONS)))
         return item;
 
-    QSqlQuery query = Query();
-    if (!Execute(&query, Statements::Select_Positions(date_id, time_id, Rows_Of(date_id, time_id))))
-        return item;
-    if (!Read_All(&query, [&] { item.Add_Ballbar(Position_Of(query)); }))
+    const Statements::TRows rows = d_scope ? d_scope->catalogue.Rows(date_id, time_id) : Statements::TRows();
+    if (!Read(Statements::Select_Positions(date_id, time_id, rows),
+              [&item](const QSqlQuery& row) { item.Add_Ballbar(Position_Of(row)); }))
         return TDatabaseItem();
     if (item.Ballbar_Count() > 0) {
         item.Set_Date(date);
@@ -215,72 +301,161 @@ TDatabaseItem TDatabase::Database_Item(const QString& date, const QString& time,
     return item;
 }
 
+// Whether the catalogue holds a table; it is read when it is asked for first.
+bool TDatabase::Know(int table) const
+{
+    while (d_scope->known <= table && d_scope->failure.isEmpty()) {
+        if (Read_Into_Catalogue(d_scope->known))
+            ++d_scope->known;
+        else
+            d_scope->failure = d_last_error;
+    }
+    return d_scope->known > table || Fail(d_scope->failure);
+}
+
+bool TDatabase::Read_Into_Catalogue(int table) const
+{
+    TDatabaseCatalogue& catalogue = d_scope->catalogue;
+    if (table == DATES)
+        return Read(Statements::Select_All_Dates(), [&catalogue](const QSqlQuery& row) {
+            catalogue.Add_Date(row.value(0).toInt(), row.value(1).toString());
+        });
+    if (table == TIMES)
+        return Read(Statements::Select_All_Times(), [&catalogue](const QSqlQuery& row) {
+            catalogue.Add_Time(row.value(0).toInt(), row.value(1).toInt(), row.value(2).toString());
+        });
+    return Read(Statements::Select_All_Rows(), [&catalogue](const QSqlQuery& row) {
+        catalogue.Add_Rows(row.value(0).toInt(), row.value(1).toInt(),
+                           {row.value(2).toLongLong(), row.value(3).toLongLong()});
+    });
+}
+
 bool TDatabase::Add_Database_Item(const TDatabaseItem& item)
 {
     if (!Is_Connected())
         return Fail("Not connected");
+    if (d_scope)
+        return Add_To_Replacement(item);
     // A failed save leaves its transaction open; what it had written must not be committed with this set.
     Change_Or_Not(Statements::Roll_Back());
 
-    const int date_id = Make_Date_Id(item.Date());
-    const int time_id = date_id < 0 ? -1 : Make_Time_Id(date_id, item.Time());
-    if (time_id < 0)
-        return false;
-    return Replace_Positions(date_id, time_id, item) &&
+    const int date_id = Make_Row("date", DATE_NOT_FOUND, Statements::Select_Date_Id(item.Date()),
+                                 Statements::Insert_Date(item.Date()));
+    const int time_id =
+        date_id < 0 ? -1
+                    : Make_Row("time", TIME_NOT_FOUND, Statements::Select_Time_Id(date_id, item.Time()),
+                               Statements::Insert_Time(date_id, item.Time()));
+    return time_id >= 0 && Replace_Positions(date_id, time_id, item) &&
            Change(Statements::Delete_Summary(date_id, time_id), "Cannot delete existing summary data") &&
-           Change(Statements::Insert_Summary(date_id, time_id, item), "Cannot add data to table 'summary'");
+           Change(Statements::Insert_Summary(date_id, time_id, item), SUMMARY_FAILURE);
 }
 
-// The row of the date, inserted where there is none. After an insert the id is looked up: a table that takes
-// rows but cannot be read gives -1, under which a set would never be found again.
-int TDatabase::Make_Date_Id(const QString& date)
+// The row that `select` finds, inserted where there is none. After an insert it is looked up: a table that
+// takes rows but cannot be read gives -1, under which a set would never be found again.
+int TDatabase::Make_Row(const char* table, const QString& not_found, const QString& select,
+                        const QString& insert)
 {
-    const int date_id = Date_Id(date);
-    if (date_id >= 0)
-        return date_id;
-    return Change(Statements::Insert_Date(date), "Cannot add data to table 'date'") ? Date_Id(date) : -1;
+    QString reason;
+    const int known = First_Id(select, not_found, &reason);
+    if (known >= 0)
+        return known;
+    if (!reason.isEmpty()) { // locked, for instance: the insert would wait once more
+        Fail(QString("Cannot add data to table '%1'.  Reason: %2").arg(table, reason));
+        return -1;
+    }
+    const int inserted = Insert_Row(table, insert);
+    const int found = inserted < 0 ? -1 : First_Id(select, not_found);
+    if (found != inserted) // another process was quicker: one row is enough
+        Change_Or_Not(Statements::Delete_Row(table, inserted));
+    return found;
 }
 
-int TDatabase::Make_Time_Id(int date_id, const QString& time)
+// Returns the new row's identifier, or -1.
+int TDatabase::Insert_Row(const char* table, const QString& insert)
 {
-    const int time_id = Time_Id(date_id, time);
-    if (time_id >= 0)
-        return time_id;
-    return Change(Statements::Insert_Time(date_id, time), "Cannot add data to table 'time'")
-               ? Time_Id(date_id, time)
-               : -1;
+    const QString failure = QString("Cannot add data to table '%1'").arg(table);
+    QSqlQuery query = Query();
+    return Change(&query, insert, failure) ? query.lastInsertId().toInt() : -1;
 }
 
+// The old positions go only when the new ones have come. Where a position is refused the transaction stays
+// open: the next change rolls it back.
 bool TDatabase::Replace_Positions(int date_id, int time_id, const TDatabaseItem& item)
 {
-    const bool replaced = Change(Statements::Delete_Positions(date_id, time_id, Rows_Of(date_id, time_id)),
-                                 "Cannot delete existing ballbar data") &&
-                          Insert_Positions(date_id, time_id, item);
-    if (!replaced)
-        Forget_Rows();
-    return replaced;
-}
-
-// Where a position is refused the transaction stays open: the next change rolls it back.
-bool TDatabase::Insert_Positions(int date_id, int time_id, const TDatabaseItem& item)
-{
-    const QString failure = "Cannot add data to table 'data'";
     Change_Or_Not(Statements::Begin());
-    Statements::TRows rows = NO_ROWS;
-    QSqlQuery query = Query();
-    for (const Types::TBallbar_Item& position : item.Ballbar_Items()) {
-        if (!Change(&query, Statements::Insert_Position(date_id, time_id, position), failure))
-            return false;
-        rows.last = query.lastInsertId().toLongLong();
-        rows.first = std::min(rows.first, rows.last);
-    }
-    if (d_rows)
-        d_rows->insert_or_assign({date_id, time_id}, rows);
+    const bool deleted = Change(Statements::Delete_Positions(date_id, time_id), DELETE_FAILURE);
+    // With the first change nobody else can change anything; before, the database may have been replaced.
+    const bool stands =
+        deleted && ((Date_Id(item.Date()) == date_id && Time_Id(date_id, item.Time()) == time_id) ||
+                    Fail(DATA_FAILURE + ".  Reason: another program has replaced the database"));
+    Statements::TRows rows;
+    if (stands && !Insert_Positions(date_id, time_id, item, &rows))
+        return false;
     // Unlike a failed begin, a failed commit would lose the set; left open it would keep other processes out.
-    if (Change(Statements::Commit(), failure))
+    if (stands && Change(Statements::Commit(), DATA_FAILURE))
         return true;
     Change_Or_Not(Statements::Roll_Back());
     return false;
+}
+
+// Tells the rows between which the positions then lie.
+bool TDatabase::Insert_Positions(int date_id, int time_id, const TDatabaseItem& item, Statements::TRows* rows)
+{
+    *rows = Statements::NO_ROWS;
+    QSqlQuery query = Query();
+    for (const Types::TBallbar_Item& position : item.Ballbar_Items()) {
+        if (!Change(&query, Statements::Insert_Position(date_id, time_id, position), DATA_FAILURE))
+            return false;
+        rows->last = query.lastInsertId().toLongLong();
+        rows->first = std::min(rows->first, rows->last);
+    }
+    return true;
+}
+
+// One set of a replacement: all of it, or nothing. A set that breaks a rule of the database is left out.
+// After any other failure (a full disk, say) SQLite may have ended the transaction, and what came next would
+// be stored beside the old sets.
+bool TDatabase::Add_To_Replacement(const TDatabaseItem& item)
+{
+    if (!d_scope->replacing || !d_scope->failure.isEmpty())
+        return Fail(d_scope->replacing ? d_scope->failure : "The database is being read");
+    if (Change(Statements::Begin_Set(), DATA_FAILURE) && Insert_Set(item) &&
+        Change(Statements::End_Set(), DATA_FAILURE))
+        return true;
+    const QString error = d_last_error;
+    const bool refused = d_last_code == CONSTRAINT || d_last_code == TOO_BIG;
+    if (!refused || !Change(Statements::Undo_Set(), error) || !Change(Statements::End_Set(), error))
+        d_scope->failure = error;
+    return Fail(error);
+}
+
+// Nobody else changes anything: what the catalogue does not know is new. It learns of the set when all of it
+// is there.
+bool TDatabase::Insert_Set(const TDatabaseItem& item)
+{
+    TDatabaseCatalogue& catalogue = d_scope->catalogue;
+    const int known_date = catalogue.Date_Id(item.Date());
+    const int date_id =
+        known_date < 0 ? Insert_Row("date", Statements::Insert_Date(item.Date())) : known_date;
+    const int known_time = date_id < 0 ? -1 : catalogue.Time_Id(date_id, item.Time());
+    const int time_id = date_id < 0 || known_time >= 0
+                            ? known_time
+                            : Insert_Row("time", Statements::Insert_Time(date_id, item.Time()));
+    Statements::TRows rows = catalogue.Rows(date_id, time_id);
+    const bool stored =
+        time_id >= 0 &&
+        (known_time < 0 || (Change(Statements::Delete_Positions(date_id, time_id, rows), DELETE_FAILURE) &&
+                            Change(Statements::Delete_Summary(date_id, time_id), DELETE_FAILURE))) &&
+        Insert_Positions(date_id, time_id, item, &rows) &&
+        Change(Statements::Insert_Summary(date_id, time_id, item), SUMMARY_FAILURE);
+    if (!stored)
+        return false;
+    if (known_date < 0)
+        catalogue.Add_Date(date_id, item.Date());
+    if (known_time < 0)
+        catalogue.Add_Time(date_id, time_id, item.Time());
+    catalogue.Add_Rows(date_id, time_id, rows);
+    return true;
 }
 
 bool TDatabase::Fail(const QString& error) const
@@ -303,35 +478,27 @@ QSqlQuery TDatabase::Query() const
     return query;
 }
 
-// Every statement runs here, and a failure leaves the driver's words. After one that waited for a lock in
-// vain the others do not wait until one succeeds, or a thousand reads would hold up the window for minutes.
+// Every statement runs here, and a failure leaves the driver's words.
 bool TDatabase::Execute(QSqlQuery* query, const QString& statement) const
 {
-    const bool good = query->exec(statement);
-    if (good && !d_waits_for_locks)
-        Wait_For_Locks(true);
-    if (good)
+    if (query->exec(statement))
         return true;
     const QSqlError error = query->lastError();
-    if (error.nativeErrorCode() == BUSY && d_waits_for_locks)
-        Wait_For_Locks(false);
+    d_last_code = error.nativeErrorCode().toInt() & 0xff; // without what SQLite adds to its codes
     return Fail(error.text());
 }
 
 // Calls `read` for every row. Returns false where the rows break off: a damaged file shows only when the
 // reading comes to its damaged page.
-bool TDatabase::Read_All(QSqlQuery* query, const std::function<void()>& read) const
+bool TDatabase::Read(const QString& statement, const std::function<void(const QSqlQuery& row)>& read) const
 {
-    while (query->next())
-        read();
-    const QSqlError error = query->lastError();
+    QSqlQuery query = Query();
+    if (!Execute(&query, statement))
+        return false;
+    while (query.next())
+        read(query);
+    const QSqlError error = query.lastError();
     return !error.isValid() || Fail(error.text());
-}
-
-void TDatabase::Wait_For_Locks(bool wait) const
-{
-    d_waits_for_locks = wait;
-    Query().exec(Statements::Set_Busy_Timeout(wait ? BUSY_TIMEOUT : 0));
 }
 
 // A statement that must succeed, or `failure` and the driver's words become the last error.
@@ -355,7 +522,9 @@ void TDatabase::Change_Or_Not(const QString& statement)
         d_last_error = last_error;
 }
 
-int TDatabase::First_Id(const QString& statement, const QString& failure) const
+// Returns -1 and leaves `failure` where there is no row, and also where the statement could not be executed;
+// then `reason` tells why.
+int TDatabase::First_Id(const QString& statement, const QString& failure, QString* reason) const
 {
     if (!Is_Connected()) {
         Fail("Not connected");
@@ -364,6 +533,8 @@ int TDatabase::First_Id(const QString& statement, const QString& failure) const
     QSqlQuery query = Query();
     if (Execute(&query, statement) && query.next())
         return query.value(0).toInt();
+    if (reason)
+        *reason = query.lastError().text().trimmed();
     Fail(failure);
     return -1;
 }
@@ -377,45 +548,6 @@ QStringList TDatabase::First_Column(const QString& statement, bool* valid) const
         Fail("Not connected");
         return texts;
     }
-    QSqlQuery query = Query();
-    *valid = Execute(&query, statement) && Read_All(&query, [&] { texts.append(query.value(0).toString()); });
+    *valid = Read(statement, [&texts](const QSqlQuery& row) { texts << row.value(0).toString(); });
     return *valid ? texts : QStringList();
-}
-
-// Without indexes each look-up of a set's positions scans the whole table. From the second one on it pays to
-// find the rows of all sets in one pass. Our own saves keep that up to date, the version tells of others'.
-Statements::TRows TDatabase::Rows_Of(int date_id, int time_id) const
-{
-    QSqlQuery query = Query();
-    const bool known = Execute(&query, Statements::Select_Version()) && query.next();
-    const qint64 version = known ? query.value(0).toLongLong() : -1;
-    if (version != d_rows_version)
-        Forget_Rows();
-    d_rows_version = version;
-    if (known && d_rows_wanted && !d_rows)
-        Find_Rows();
-    d_rows_wanted = true;
-    if (!d_rows)
-        return {};
-    const auto rows = d_rows->find({date_id, time_id});
-    return rows == d_rows->end() ? NO_ROWS : rows->second;
-}
-
-void TDatabase::Find_Rows() const
-{
-    QSqlQuery query = Query();
-    if (!Execute(&query, Statements::Select_Rows()))
-        return;
-    TRowMap rows;
-    const auto value = [&query](int column) { return query.value(column).toLongLong(); };
-    if (Read_All(&query, [&] {
-            rows[{static_cast<int>(value(0)), static_cast<int>(value(1))}] = {value(2), value(3)};
-        }))
-        d_rows = std::move(rows);
-}
-
-void TDatabase::Forget_Rows() const
-{
-    d_rows.reset();
-    d_rows_wanted = false;
 }

@@ -6,10 +6,7 @@
 #include <QStringList>
 
 #include <functional>
-#include <map>
 #include <memory>
-#include <optional>
-#include <utility>
 
 class QSqlDatabase;
 class QSqlQuery;
@@ -20,11 +17,23 @@ class QSqlQuery;
 class TDatabase
 {
 public:
-    /// How many copies Keep_Copy() leaves beside the database.
+    /// How many copies Replace_All() leaves beside the database.
     static constexpr int COPIES_KEPT = 5;
-    /// How long a statement waits for another process that has locked the database, milliseconds: long enough
-    /// for somebody else's save, short enough for a window to wait.
-    static constexpr int BUSY_TIMEOUT = 500;
+
+    /// While an object of this class lives, all that is read is of one state of the database, and each
+    /// look-up is quick. A lock of another process is met at the start only; nothing can be read then. Within
+    /// another reading or a replacement it changes nothing.
+    class TReading
+    {
+    public:
+        explicit TReading(TDatabase* database);
+        ~TReading();
+        TReading(const TReading&) = delete;
+        TReading& operator=(const TReading&) = delete;
+
+    private:
+        TDatabase* d_database; ///< null where the reading is not the outer one
+    };
 
     TDatabase();
     ~TDatabase();
@@ -40,13 +49,10 @@ public:
 
     /// Deletes every set. Failures are not reported.
     void Clear();
-    /// Writes a dated copy of the whole database beside it and removes the oldest copies. Fails also where
-    /// the database cannot be written just now, so that a success allows to replace its content.
-    bool Keep_Copy();
-
-    /// For many changes in a row: each is quick and survives the end of the program, but not a power failure,
-    /// and other processes are kept out. When the mode ends, everything is brought to the disk.
-    void Set_Bulk_Mode(bool bulk);
+    /// Replaces all sets by those that `fill` adds, or, after a failure, a kill or a power failure, none of
+    /// them. All others are kept out in the meantime, and a dated copy of the database is kept beside it. A
+    /// set that the database does not accept is left out; its Add_Database_Item() tells.
+    bool Replace_All(const std::function<void()>& fill);
 
     /// Row identifiers, -1 where there is none.
     int Date_Id(const QString& date) const;
@@ -68,34 +74,33 @@ public:
     const QString& Last_Error() const { return d_last_error; }
 
 private:
-    /// The rows of each set's positions by date and time id.
-    using TRowMap = std::map<std::pair<int, int>, Statements::TRows>;
+    struct TScope;
 
     bool Fail(const QString& error) const;
     void Remove_Connection();
     QSqlQuery Query() const;
     bool Execute(QSqlQuery* query, const QString& statement) const;
-    bool Read_All(QSqlQuery* query, const std::function<void()>& read) const;
-    void Wait_For_Locks(bool wait) const;
+    bool Read(const QString& statement, const std::function<void(const QSqlQuery& row)>& read) const;
     bool Change(QSqlQuery* query, const QString& statement, const QString& failure);
     bool Change(const QString& statement, const QString& failure);
     void Change_Or_Not(const QString& statement);
-    int First_Id(const QString& statement, const QString& failure) const;
+    int First_Id(const QString& statement, const QString& failure, QString* reason = nullptr) const;
     QStringList First_Column(const QString& statement, bool* valid) const;
-    Statements::TRows Rows_Of(int date_id, int time_id) const;
-    void Find_Rows() const;
-    void Forget_Rows() const;
-    int Make_Date_Id(const QString& date);
-    int Make_Time_Id(int date_id, const QString& time);
+    bool Know(int table) const;
+    bool Read_Into_Catalogue(int table) const;
+    bool Lock_And_Copy();
+    bool Keep_Copy(const QString& failure);
+    int Insert_Row(const char* table, const QString& insert);
+    int Make_Row(const char* table, const QString& not_found, const QString& select, const QString& insert);
     bool Replace_Positions(int date_id, int time_id, const TDatabaseItem& item);
-    bool Insert_Positions(int date_id, int time_id, const TDatabaseItem& item);
+    bool Insert_Positions(int date_id, int time_id, const TDatabaseItem& item, Statements::TRows* rows);
+    bool Add_To_Replacement(const TDatabaseItem& item);
+    bool Insert_Set(const TDatabaseItem& item);
 
     QString d_connection_name;
     QString d_database_file_name;
     std::unique_ptr<QSqlDatabase> d_database;
+    std::unique_ptr<TScope> d_scope; ///< of a reading or a replacement that is under way
     mutable QString d_last_error;
-    mutable bool d_waits_for_locks{true};
-    mutable std::optional<TRowMap> d_rows; ///< none while they are not known
-    mutable qint64 d_rows_version{-1};     ///< of the database that d_rows belongs to
-    mutable bool d_rows_wanted{false};     ///< the next look-up will not be the first
+    mutable int d_last_code{0}; ///< SQLite's number of what failed last
 };

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -14,16 +15,20 @@
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QSaveFile>
-#include <QScopeGuard>
 #include <QTableWidget>
 #include <QTreeWidget>
 
 #include <limits>
+#include <unistd.h>
 
 namespace
 {
 
+using Backup_Transfer::TOutcome;
+using Backup_Transfer::TProgress;
+
 constexpr int SPACING = 4;
+constexpr qint64 LARGEST_FILE = 2000000000; // what a byte array holds
 
 QLabel* Create_Title(const QString& text, QWidget* field)
 {
@@ -86,6 +91,40 @@ QStringList Row_Cells(const QTableWidget* table, int row)
     return cells;
 }
 
+// The file appears when it is complete, so that an older one survives a full disk or a killed program.
+bool Open(QSaveFile* file)
+{
+    file->setDirectWriteFallback(true);
+    return file->open(QIODevice::WriteOnly);
+}
+
+// Whether all is well shows when the last block is written: commit() would not notice that it found no room.
+void Put_In_Place(QSaveFile* file, TOutcome* outcome)
+{
+    if (outcome->end == TOutcome::REFUSED)
+        return;
+    if (!file->flush() || ::fsync(file->handle()) != 0)
+        file->cancelWriting();
+    if (!file->commit())
+        *outcome = {TOutcome::REFUSED, 0, file->errorString()};
+}
+
+// Without a reason where the file cannot be opened.
+TOutcome Read_File(const QString& file_name, QByteArray* content)
+{
+    const auto refused = [](const QString& reason) { return TOutcome{TOutcome::REFUSED, 0, reason}; };
+    const QFileInfo info(file_name);
+    if (info.exists() && !info.isFile()) // a pipe would be waited for
+        return refused(TDatabaseDialog::tr("'%1' is not a file").arg(file_name));
+    if (info.size() > LARGEST_FILE)
+        return refused(TDatabaseDialog::tr("'%1' is larger than 2 GB").arg(file_name));
+    QFile file(file_name);
+    if (!file.open(QIODevice::ReadOnly))
+        return refused(QString());
+    *content = file.readAll();
+    return file.error() == QFile::NoError ? TOutcome() : refused(file.errorString());
+}
+
 } // namespace
 
 TDatabaseDialog::TDatabaseDialog(QWidget* parent, Qt::WindowFlags flags)
@@ -111,8 +150,20 @@ TDatabaseDialog::TDatabaseDialog(QWidget* parent, Qt::WindowFlags flags)
     Update_Buttons();
 }
 
+int TDatabaseDialog::exec()
+{
+    if (d_busy) // the work would wait for the window to be closed, and the window for the work
+        return Rejected;
+    d_failures.clear();
+    if (!d_database_file.isEmpty() && !Connect_To_Database(QString(d_database_file)))
+        d_failures.insert(QString(), d_last_error);
+    return QDialog::exec();
+}
+
 bool TDatabaseDialog::Connect_To_Database(const QString& file)
 {
+    if (d_busy)
+        return false;
     d_database_file = file;
     if (d_database.Is_Connected())
         d_database.Disconnect();
@@ -126,7 +177,7 @@ bool TDatabaseDialog::Connect_To_Database(const QString& file)
 
 bool TDatabaseDialog::Add_Database_Item(const TDatabaseItem& item)
 {
-    if (!d_database.Is_Connected())
+    if (!Is_Ready())
         return false;
     if (!d_database.Add_Database_Item(item))
         return Fail(d_database.Last_Error());
@@ -136,8 +187,11 @@ bool TDatabaseDialog::Add_Database_Item(const TDatabaseItem& item)
 
 void TDatabaseDialog::reject()
 {
-    if (!d_busy)
-        QDialog::reject();
+    if (d_busy)
+        return;
+    if (d_progress)
+        d_progress->hide();
+    QDialog::reject();
 }
 
 void TDatabaseDialog::Update_Tree()
@@ -145,14 +199,17 @@ void TDatabaseDialog::Update_Tree()
     d_tree->clear();
     if (!d_database.Is_Connected())
         return;
+    const TDatabase::TReading reading(&d_database);
     bool valid = false;
+    QList<QTreeWidgetItem*> date_items;
     const QStringList dates = d_database.Date_List(&valid);
     for (const QString& date : dates) {
-        auto* date_item = new QTreeWidgetItem(d_tree, {date});
+        date_items.append(new QTreeWidgetItem(QStringList(date)));
         const QStringList times = d_database.Time_List(date, &valid);
         for (const QString& time : times)
-            new QTreeWidgetItem(date_item, {QString(), time});
+            new QTreeWidgetItem(date_items.back(), {QString(), time});
     }
+    d_tree->addTopLevelItems(date_items);
     d_tree->resizeColumnToContents(0);
     d_tree->resizeColumnToContents(1);
 }
@@ -163,6 +220,7 @@ void TDatabaseDialog::Selection_Changed()
     if (!d_database.Is_Connected())
         return;
     Update_Buttons();
+    const TDatabase::TReading reading(&d_database);
     d_summary_table->setUpdatesEnabled(false);
     for (const auto& [date, time] : Selected_Keys()) {
         bool valid = false;
@@ -181,6 +239,7 @@ void TDatabaseDialog::Load()
     const std::vector<TKey> keys = Selected_Keys();
     if (keys.empty())
         return;
+    const TDatabase::TReading reading(&d_database);
     bool valid = false;
     const TDatabaseItem item = d_database.Database_Item(keys.front().first, keys.front().second, &valid);
     if (!valid)
@@ -191,81 +250,57 @@ void TDatabaseDialog::Load()
 
 void TDatabaseDialog::Backup()
 {
-    if (!d_database.Is_Connected())
+    if (!Is_Ready())
         return;
     const QString file_name = Choose_Backup_File();
-    if (file_name.isEmpty())
-        return;
-    // The file appears when it is complete, so that an older backup survives a full disk or a killed program.
     QSaveFile file(file_name);
-    file.setDirectWriteFallback(true);
-    if (!file.open(QIODevice::WriteOnly))
+    if (file_name.isEmpty() || !Open(&file))
         return;
-    bool valid = false;
-    const QStringList dates = d_database.Date_List(&valid);
-    if (!valid)
-        return;
-
-    Set_Busy(true);
-    const auto done = qScopeGuard([this] { Set_Busy(false); });
-    Show_Progress(tr("Writing the backup"), dates.size());
-    if (!dates.isEmpty())
-        file.write(Backup_File::Header_Line());
-    for (int i = 0; i < dates.size(); ++i) {
-        Set_Progress(i);
-        if (!Write_Date(dates[i], &file)) {
-            file.commit(); // half a backup is better than none; the progress left on screen tells
-            return;
-        }
-    }
-    d_progress->hide();
-    file.commit();
+    TOutcome outcome;
+    Work(tr("Writing the backup"),
+         [&](const TProgress& progress) { outcome = Backup_Transfer::Write(&d_database, &file, progress); });
+    if (outcome.end != TOutcome::CUT_SHORT) // left on screen it tells
+        d_progress->hide();
+    Put_In_Place(&file, &outcome); // half a backup is better than none
+    Report(tr("Backup"), outcome);
 }
 
 void TDatabaseDialog::Restore()
 {
-    if (!d_database.Is_Connected())
+    if (!Is_Ready())
         return;
     const QString file_name = Choose_Restore_File();
     if (file_name.isEmpty())
         return;
-    QFile file(file_name);
-    if (!file.open(QIODevice::ReadOnly))
-        return;
-    const QByteArray content = file.readAll();
-    file.close();
-
-    Set_Busy(true);
-    const auto done = qScopeGuard([this] { Set_Busy(false); });
-    Show_Progress(tr("Restoring the backup"), content.size());
-    if (!content.isEmpty()) {
-        int position = 0;
-        const QByteArray first_line = Backup_File::Next_Line(content, &position);
-        if (Backup_File::Read_Line(first_line).kind != Backup_File::TRecord::HEADER)
-            return; // the progress left on screen tells that this was no backup
-        if (Empty_Database())
-            Read_Sets(content, position);
+    QByteArray content;
+    TOutcome outcome = Read_File(file_name, &content);
+    if (outcome.end == TOutcome::COMPLETE) {
+        Work(tr("Restoring the backup"), [&](const TProgress& progress) {
+            outcome = Backup_Transfer::Read(content, &d_database, progress);
+        });
+        if (outcome.end == TOutcome::NOT_A_BACKUP)
+            d_progress->setLabelText(tr("This file is not a backup"));
+        else
+            d_progress->hide();
+        Update_Tree();
     }
-    d_progress->hide();
-    Update_Tree();
+    Report(tr("Restore"), outcome);
 }
 
 void TDatabaseDialog::Export()
 {
-    const int rows = d_summary_table->rowCount();
-    if (rows == 0)
+    if (!Is_Ready() || d_summary_table->rowCount() == 0)
         return;
     const QString file_name = Choose_Export_File();
-    if (file_name.isEmpty())
-        return;
     QSaveFile file(file_name);
-    file.setDirectWriteFallback(true);
-    if (!file.open(QIODevice::WriteOnly))
+    if (file_name.isEmpty() || !Open(&file))
         return;
     file.write(Backup_File::Summary_Line(Backup_File::Summary_Titles()));
-    for (int row = 0; row < rows; ++row)
+    for (int row = 0; row < d_summary_table->rowCount(); ++row)
         file.write(Backup_File::Summary_Line(Row_Cells(d_summary_table, row)));
-    file.commit();
+    TOutcome outcome;
+    Put_In_Place(&file, &outcome);
+    Report(tr("Export Summary"), outcome);
 }
 
 QString TDatabaseDialog::Choose_Backup_File()
@@ -304,6 +339,24 @@ QLayout* TDatabaseDialog::Create_Buttons()
     return row;
 }
 
+QProgressDialog* TDatabaseDialog::Create_Progress()
+{
+    auto* cancel = new QPushButton(tr("Cancel"));
+    cancel->setEnabled(false);
+    auto* progress = new QProgressDialog(this);
+    progress->setObjectName("progress");
+    progress->setWindowTitle(windowTitle());
+    progress->setCancelButton(cancel);
+    // Shown and hidden here only, never by its own clock or by reaching its end.
+    progress->setMinimumDuration(std::numeric_limits<int>::max());
+    progress->setAutoReset(false);
+    progress->setAutoClose(false);
+    // Escape and the window's own button close it only when the work is done.
+    disconnect(progress, &QProgressDialog::canceled, progress, &QProgressDialog::cancel);
+    connect(progress, &QProgressDialog::canceled, this, [this, progress] { progress->setVisible(d_busy); });
+    return progress;
+}
+
 QPushButton* TDatabaseDialog::Create_Button(const QString& name, const QString& text,
                                             void (TDatabaseDialog::*command)())
 {
@@ -313,6 +366,12 @@ QPushButton* TDatabaseDialog::Create_Button(const QString& name, const QString& 
     if (command)
         connect(button, &QPushButton::clicked, this, command);
     return button;
+}
+
+// Nothing that changes the database or its connection may come between a backup or restore.
+bool TDatabaseDialog::Is_Ready() const
+{
+    return d_database.Is_Connected() && !d_busy;
 }
 
 bool TDatabaseDialog::Fail(const QString& error)
@@ -351,88 +410,34 @@ void TDatabaseDialog::Set_Busy(bool busy)
     Update_Buttons();
 }
 
-void TDatabaseDialog::Show_Progress(const QString& text, int maximum)
+// Shows the progress of a work that uses the database, and keeps the user from everything else in the
+// meantime.
+void TDatabaseDialog::Work(const QString& text, const std::function<void(const TProgress& progress)>& work)
 {
-    if (!d_progress) {
-        auto* cancel = new QPushButton(tr("Cancel"));
-        cancel->setEnabled(false);
-        d_progress = new QProgressDialog(this);
-        d_progress->setObjectName("progress");
-        d_progress->setWindowTitle(windowTitle());
-        d_progress->setCancelButton(cancel);
-        // Shown and hidden here only, never by its own clock or by reaching its end.
-        d_progress->setMinimumDuration(std::numeric_limits<int>::max());
-        d_progress->setAutoReset(false);
-        d_progress->setAutoClose(false);
-    }
+    if (!d_progress)
+        d_progress = Create_Progress();
     d_progress->setLabelText(text);
-    d_progress->setMaximum(maximum);
+    d_progress->setMaximum(1);
     d_progress->setValue(0);
     d_progress->show();
+    Set_Busy(true);
+    work([this](int done, int all) {
+        d_progress->setMaximum(all);
+        d_progress->setValue(done);
+        QCoreApplication::processEvents();
+    });
+    Set_Busy(false);
 }
 
-void TDatabaseDialog::Set_Progress(int value)
+// What the main window tells of a command; nothing after one that went well.
+void TDatabaseDialog::Report(const QString& command, const TOutcome& outcome)
 {
-    d_progress->setValue(value);
-    QCoreApplication::processEvents();
-}
-
-// Writes all sets of a date; those that cannot be read are left out. Returns false where not even their times
-// can be read.
-bool TDatabaseDialog::Write_Date(const QString& date, QIODevice* file) const
-{
-    file->write(Backup_File::Date_Line(date));
-    bool times_valid = false;
-    const QStringList times = d_database.Time_List(date, &times_valid);
-    for (const QString& time : times) {
-        bool valid = false;
-        const TDatabaseItem item = d_database.Database_Item(date, time, &valid);
-        if (valid)
-            file->write(Backup_File::Time_Line(time) + Backup_File::Position_Lines(item));
-    }
-    return times_valid;
-}
-
-// Deletes all sets after a copy of them was kept. Between the two nobody else gets to work.
-bool TDatabaseDialog::Empty_Database()
-{
-    if (!d_database.Keep_Copy())
-        return Fail(d_database.Last_Error());
-    d_database.Clear();
-    return true;
-}
-
-// Stores the sets of a backup file from `position` on. Whatever is no record is passed over.
-void TDatabaseDialog::Read_Sets(const QByteArray& content, int position)
-{
-    using Backup_File::TRecord;
-    // Four changes to each set would wait for the disk; after a power failure the copy is there.
-    d_database.Set_Bulk_Mode(true);
-    const auto done = qScopeGuard([this] { d_database.Set_Bulk_Mode(false); });
-    TDatabaseItem pending;
-    Set_Progress(position);
-    while (position < content.size()) {
-        const TRecord record = Backup_File::Read_Line(Backup_File::Next_Line(content, &position));
-        if (record.kind == TRecord::POSITION) {
-            pending.Add_Ballbar(record.position);
-        } else if (record.kind == TRecord::DATE) {
-            Store_And_Clear(&pending);
-            pending.Set_Date(record.text);
-        } else if (record.kind == TRecord::TIME) {
-            Store_And_Clear(&pending);
-            pending.Set_Time(record.text);
-        }
-        Set_Progress(position);
-    }
-    Store_And_Clear(&pending);
-}
-
-// A set that cannot be stored does not keep the others from being restored.
-void TDatabaseDialog::Store_And_Clear(TDatabaseItem* item)
-{
-    if (item->Ballbar_Count() == 0)
+    d_failures.remove(command);
+    if (outcome.reason.isEmpty())
         return;
-    item->Update_Stats();
-    d_database.Add_Database_Item(*item);
-    item->Clear_Ballbars();
+    const QString what = outcome.end == TOutcome::REFUSED ? tr("failed")
+                         : outcome.end == TOutcome::CUT_SHORT
+                             ? tr("was cut short")
+                             : tr("left out %1 of the sets").arg(outcome.left_out);
+    d_failures.insert(command, QString("%1 %2: %3").arg(command, what, outcome.reason));
 }

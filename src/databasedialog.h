@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "backuptransfer.h"
 #include "database.h"
 
 #include <QDialog>
+#include <QMap>
 
 #include <utility>
 #include <vector>
@@ -26,12 +28,18 @@ public:
     bool Connect_To_Database(const QString& file);
     /// Stores a set, in place of one under the same date and time, and lists all sets anew.
     bool Add_Database_Item(const TDatabaseItem& item);
-    /// Why the last of these two, or keeping a copy before a restore, failed.
+    /// Why the last of these two failed.
     const QString& Last_Error() const { return d_last_error; }
+    /// What failed since exec() was called, and was not done well after that. The commands themselves end in
+    /// silence.
+    QStringList Failures() const { return d_failures.values(); }
     /// The positions of the set that was loaded last.
     const std::vector<Types::TBallbar_Item>& Ballbar_Items() const { return d_ballbar_items; }
 
 public slots:
+    /// Opens the database anew, which heals what failed before, and lists what others have stored meanwhile.
+    /// Returns at once while a backup or restore is under way.
+    int exec() override;
     /// Closes the dialog, except while a backup or restore is under way: it keeps the other windows blocked,
     /// and opened again in the meantime it would hold up the work.
     void reject() override;
@@ -61,16 +69,15 @@ private:
 
     QLayout* Create_Buttons();
     QPushButton* Create_Button(const QString& name, const QString& text, void (TDatabaseDialog::*command)());
+    QProgressDialog* Create_Progress();
+    bool Is_Ready() const;
     bool Fail(const QString& error);
     std::vector<TKey> Selected_Keys() const;
     void Update_Buttons();
     void Set_Busy(bool busy);
-    void Show_Progress(const QString& text, int maximum);
-    void Set_Progress(int value);
-    bool Write_Date(const QString& date, QIODevice* file) const;
-    bool Empty_Database();
-    void Read_Sets(const QByteArray& content, int position);
-    void Store_And_Clear(TDatabaseItem* item);
+    void Work(const QString& text,
+              const std::function<void(const Backup_Transfer::TProgress& progress)>& work);
+    void Report(const QString& command, const Backup_Transfer::TOutcome& outcome);
 
     QPushButton* d_backup_button{nullptr};
     QPushButton* d_restore_button{nullptr};
@@ -84,5 +91,6 @@ private:
     QString d_database_file;
     std::vector<Types::TBallbar_Item> d_ballbar_items;
     QString d_last_error;
-    bool d_busy{false}; ///< a backup or restore is under way
+    QMap<QString, QString> d_failures; ///< by the command's title
+    bool d_busy{false};                ///< a backup or restore is under way
 };

@@ -5,7 +5,17 @@
 
 #include <QString>
 
+#include <array>
 #include <vector>
+
+/// Where a position's eleven numbers are, in the order in which the database and backup files keep them
+/// behind its name. It serves to read them as well as to write them.
+template<typename TPosition> auto Stored_Numbers(TPosition& position)
+{
+    return std::array{&position.sph1.x, &position.sph1.y, &position.sph1.z,    &position.sph2.x,
+                      &position.sph2.y, &position.sph2.z, &position.sph1_form, &position.sph2_form,
+                      &position.tool.x, &position.tool.y, &position.tool.z};
+}
 
 /// One measurement set as the database keeps it: the date and time it is filed under, its positions and the
 /// statistics of their lengths (mm).

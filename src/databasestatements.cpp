@@ -8,6 +8,10 @@
 namespace
 {
 
+// A position's name and its Stored_Numbers().
+const QLatin1String POSITION_COLUMNS("name,sph1_x,sph1_y,sph1_z,sph2_x,sph2_y,sph2_z,sph1_form,sph2_form,"
+                                     "tool_x,tool_y,tool_z");
+
 // The inside of a text literal. Names, dates and times come without apostrophes; one in a date of a foreign
 // backup file stays text like this instead of becoming part of the statement.
 QString Quoted(QString text)
@@ -29,11 +33,6 @@ QString Within(const Statements::TRows& rows)
         .arg(QString::number(rows.first), QString::number(rows.last));
 }
 
-QString Position_Value(double value)
-{
-    return Fixed(value, 5);
-}
-
 QString Summary_Value(double value)
 {
     return Fixed(value, 4);
@@ -51,9 +50,19 @@ const Statements::TTable Statements::TABLES[4] = {
              "tool_x REAL,tool_y REAL,tool_z REAL)"},
 };
 
+QString Statements::Select_Tables()
+{
+    return "SELECT name FROM sqlite_master WHERE type='table'";
+}
+
 QString Statements::Delete_All(const TTable& table)
 {
     return QString("DELETE FROM %1").arg(table.name);
+}
+
+QString Statements::Delete_Row(const QString& table, int id)
+{
+    return QString("DELETE FROM %1 WHERE %1_id=%2").arg(table, Id(id));
 }
 
 QString Statements::Select_Date_Id(const QString& date)
@@ -93,9 +102,8 @@ QString Statements::Insert_Time(int date_id, const QString& time)
 
 QString Statements::Select_Positions(int date_id, int time_id, const TRows& rows)
 {
-    return QString("SELECT name,sph1_x,sph1_y,sph1_z,sph2_x,sph2_y,sph2_z,sph1_form,sph2_form,"
-                   "tool_x,tool_y,tool_z FROM data WHERE date_id=%1 AND time_id=%2%3")
-        .arg(Id(date_id), Id(time_id), Within(rows));
+    return "SELECT " + POSITION_COLUMNS % " FROM data WHERE date_id=" % Id(date_id) % " AND time_id=" %
+                           Id(time_id) % Within(rows);
 }
 
 QString Statements::Delete_Positions(int date_id, int time_id, const TRows& rows)
@@ -106,24 +114,14 @@ QString Statements::Delete_Positions(int date_id, int time_id, const TRows& rows
 
 QString Statements::Insert_Position(int date_id, int time_id, const Types::TBallbar_Item& position)
 {
-    // Two templates, because one call fills nine placeholders at most. The quotes about the tool's x are
-    // harmless: the column's type makes a number of it.
-    static const QString centres = "INSERT INTO data (date_id,time_id,name,sph1_x,sph1_y,sph1_z,"
-                                   "sph2_x,sph2_y,sph2_z,sph1_form,sph2_form,tool_x,tool_y,tool_z) "
-                                   "VALUES(%1,%2,'%3',%4,%5,%6,%7,%8,%9";
-    static const QString rest = ",%1,%2,'%3',%4,%5)";
-    return centres.arg(Id(date_id), Id(time_id), Quoted(position.name), Position_Value(position.sph1.x),
-                       Position_Value(position.sph1.y), Position_Value(position.sph1.z),
-                       Position_Value(position.sph2.x), Position_Value(position.sph2.y),
-                       Position_Value(position.sph2.z)) %
-           rest.arg(Position_Value(position.sph1_form), Position_Value(position.sph2_form),
-                    Position_Value(position.tool.x), Position_Value(position.tool.y),
-                    Position_Value(position.tool.z));
-}
-
-QString Statements::Select_Rows()
-{
-    return "SELECT date_id,time_id,min(rowid),max(rowid) FROM data GROUP BY date_id,time_id";
+    QString text = "INSERT INTO data (date_id,time_id," % POSITION_COLUMNS % ") VALUES(" % Id(date_id) % ',' %
+                   Id(time_id) % ",'" % Quoted(position.name) % '\'';
+    for (const double* number : Stored_Numbers(position)) {
+        // The quotes about the tool's x are harmless: the column's type makes a number of it.
+        const QLatin1String quote(number == &position.tool.x ? "'" : "");
+        text += ',' % quote % Fixed(*number, 5) % quote;
+    }
+    return text + ')';
 }
 
 QString Statements::Delete_Summary(int date_id, int time_id)
@@ -140,9 +138,19 @@ QString Statements::Insert_Summary(int date_id, int time_id, const TDatabaseItem
              Summary_Value(item.Standard_Deviation()));
 }
 
-QString Statements::Select_Version()
+QString Statements::Select_All_Dates()
 {
-    return "PRAGMA data_version";
+    return "SELECT date_id,entry FROM date";
+}
+
+QString Statements::Select_All_Times()
+{
+    return "SELECT date_id,time_id,entry FROM time";
+}
+
+QString Statements::Select_All_Rows()
+{
+    return "SELECT date_id,time_id,min(rowid),max(rowid) FROM data GROUP BY date_id,time_id";
 }
 
 QString Statements::Begin()
@@ -165,20 +173,27 @@ QString Statements::Begin_Alone()
     return "BEGIN EXCLUSIVE";
 }
 
+QString Statements::Keep_Lock(bool keep)
+{
+    return keep ? "PRAGMA locking_mode=EXCLUSIVE" : "PRAGMA locking_mode=NORMAL";
+}
+
 QString Statements::Copy_Into(const QString& file)
 {
     return QString("VACUUM INTO '%1'").arg(Quoted(file));
 }
 
-QString Statements::Set_Busy_Timeout(int timeout)
+QString Statements::Begin_Set()
 {
-    return QString("PRAGMA busy_timeout=%1").arg(timeout);
+    return "SAVEPOINT one_set";
 }
 
-QStringList Statements::Set_Bulk_Mode(bool bulk)
+QString Statements::End_Set()
 {
-    if (bulk)
-        return {"PRAGMA locking_mode=EXCLUSIVE", "PRAGMA synchronous=OFF"};
-    // A change is what the first two wait for; nobody uses the user version.
-    return {"PRAGMA locking_mode=NORMAL", "PRAGMA synchronous=FULL", "PRAGMA user_version=0"};
+    return "RELEASE one_set";
+}
+
+QString Statements::Undo_Set()
+{
+    return "ROLLBACK TO one_set";
 }

@@ -23,7 +23,10 @@ struct TTable
 /// The tables in the order they are created and emptied.
 extern const TTable TABLES[4];
 
+QString Select_Tables();
 QString Delete_All(const TTable& table);
+/// Deletes one row of table date or time.
+QString Delete_Row(const QString& table, int id);
 
 QString Select_Date_Id(const QString& date);
 QString Select_Dates();
@@ -41,30 +44,36 @@ struct TRows
     qint64 first{std::numeric_limits<qint64>::min()};
     qint64 last{std::numeric_limits<qint64>::max()};
 };
+/// Where a set has no positions.
+constexpr TRows NO_ROWS{std::numeric_limits<qint64>::max(), std::numeric_limits<qint64>::min()};
 
 /// The positions of one set; the columns are those that Insert_Position() fills, less the two ids.
 QString Select_Positions(int date_id, int time_id, const TRows& rows = TRows());
 QString Delete_Positions(int date_id, int time_id, const TRows& rows = TRows());
 QString Insert_Position(int date_id, int time_id, const Types::TBallbar_Item& position);
-/// For each set its ids and the first and last row of its positions.
-QString Select_Rows();
 
 QString Delete_Summary(int date_id, int time_id);
 QString Insert_Summary(int date_id, int time_id, const TDatabaseItem& item);
 
-/// A number that changes whenever another connection has changed the database.
-QString Select_Version();
+/// What a catalogue needs: the ids with the entries of all dates and of all times, and for each set its ids
+/// and the first and last row of its positions.
+QString Select_All_Dates();
+QString Select_All_Times();
+QString Select_All_Rows();
+
 QString Begin();
 QString Commit();
 QString Roll_Back();
 /// Locks out readers and writers at once, where Begin() locks out writers at the first change.
 QString Begin_Alone();
+/// Keeps the lock of a transaction beyond its end, or gives it back at the end of the present one.
+QString Keep_Lock(bool keep);
 /// Writes a consistent copy of the whole database into a file that does not exist yet.
 QString Copy_Into(const QString& file);
-/// How long statements wait for a lock, milliseconds.
-QString Set_Busy_Timeout(int timeout);
-/// Switches the bulk mode on or off: the database stays locked for others from the first change on, and no
-/// change waits for the disk. What ends it also brings everything to the disk and takes the lock off.
-QStringList Set_Bulk_Mode(bool bulk);
+
+/// A transaction within the transaction. Undone it still has to be ended.
+QString Begin_Set();
+QString End_Set();
+QString Undo_Set();
 
 } // namespace Statements

@@ -277,10 +277,11 @@ void TKelvora::Menu_Add_To_Database()
 
 void TKelvora::Menu_Show_Database()
 {
-    const QString known_error = d_database_dialog->Last_Error();
     d_database_dialog->exec();
-    if (d_database_dialog->Last_Error() != known_error) // the dialog itself ends its commands silently
-        Show_Error(d_database_dialog->Last_Error());
+    const QStringList failures =
+        d_database_dialog->Failures(); // the dialog itself ends its commands silently
+    for (const QString& failure : failures)
+        Show_Error(failure);
 }
 
 void TKelvora::Menu_About()
