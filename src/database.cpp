@@ -5,8 +5,6 @@
 #include "keptcopies.h"
 
 #include <QFile>
-#include <QSqlDatabase>
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
 
@@ -16,12 +14,9 @@
 namespace
 {
 
-const char* const DRIVER = "QSQLITE";
 const QString DATE_NOT_FOUND = QStringLiteral("Date not found.");
 const QString TIME_NOT_FOUND = QStringLiteral("Time not found.");
 const QString DELETE_FAILURE = QStringLiteral("Cannot delete existing ballbar data");
-const QString DATA_FAILURE = QStringLiteral("Cannot add data to table 'data'");
-const QString SUMMARY_FAILURE = QStringLiteral("Cannot add data to table 'summary'");
 
 // What a catalogue is filled from, in this order.
 enum TTable
@@ -32,9 +27,10 @@ enum TTable
     ALL_TABLES
 };
 
-// SQLite's codes for a change that breaks a rule of the database, or is too large for it.
-constexpr int TOO_BIG = 18;
-constexpr int CONSTRAINT = 19;
+QString Insert_Failure(const QString& table)
+{
+    return "Cannot add data to table '" + table + "'";
+}
 
 // The row of Statements::Select_Positions().
 Types::TBallbar_Item Position_Of(const QSqlQuery& row)
@@ -45,18 +41,6 @@ Types::TBallbar_Item Position_Of(const QSqlQuery& row)
     for (double* number : Stored_Numbers(position))
         *number = row.value(++column).toDouble();
     return position;
-}
-
-QString Open_Error(const QSqlError& error, const QString& file)
-{
-    QString text = QString("Cannot open database.\n\tDatabase Error: '%1'\n\tDriver Error: '%2'\n"
-                           "\t\tDatabase File Name: '%3'\n")
-                       .arg(error.databaseText(), error.driverText(), file);
-    text += "\tAvailable database drivers:\n";
-    const QStringList drivers = QSqlDatabase::drivers();
-    for (const QString& driver : drivers)
-        text += QString("\t\t%1\n").arg(driver);
-    return text;
 }
 
 } // namespace
@@ -89,63 +73,24 @@ TDatabase::TReading::~TReading()
     d_database->Change_Or_Not(Statements::Roll_Back());
 }
 
-TDatabase::TDatabase() : d_connection_name("ballbar_database"), d_database(std::make_unique<QSqlDatabase>())
-{
-}
+TDatabase::TDatabase() = default;
 
-TDatabase::~TDatabase()
-{
-    Disconnect();
-}
-
-bool TDatabase::Connect(const QString& file)
-{
-    if (!QSqlDatabase::isDriverAvailable(DRIVER))
-        return Fail("Database driver 'QSQLITE' not available");
-
-    const bool registered = QSqlDatabase::contains(d_connection_name);
-    d_database =
-        std::make_unique<QSqlDatabase>(registered ? QSqlDatabase::database(d_connection_name, true)
-                                                  : QSqlDatabase::addDatabase(DRIVER, d_connection_name));
-    d_database->setDatabaseName(file);
-    if (!d_database->open()) {
-        // The text names the file that was open before, not the one that failed.
-        const QString error = Open_Error(d_database->lastError(), d_database_file_name);
-        Remove_Connection();
-        return Fail(error);
-    }
-    d_database_file_name = file;
-    return true;
-}
+TDatabase::~TDatabase() = default;
 
 bool TDatabase::Initialize()
 {
     if (!Is_Connected())
         return Fail("Database not open");
 
-    QStringList tables; // Qt's own list is empty, without a word, while another process has the lock
-    if (!Read(Statements::Select_Tables(),
-              [&tables](const QSqlQuery& row) { tables << row.value(0).toString(); }))
-        return Fail("Cannot read the list of tables.  Reason: " + d_last_error);
+    bool valid = false; // Qt's own list is empty, without a word, while another process has the lock
+    const QStringList tables = First_Column(Statements::Select_Tables(), &valid);
+    if (!valid)
+        return Fail("Cannot read the list of tables.  Reason: " + Last_Error());
     for (const Statements::TTable& table : Statements::TABLES) {
-        QSqlQuery query = Query();
-        if (!tables.contains(table.name, Qt::CaseInsensitive) && !Execute(&query, table.create))
+        if (!tables.contains(table.name, Qt::CaseInsensitive) && !Change(table.create, QString()))
             return Fail(QString("Cannot create table '%1(...)'").arg(table.name));
     }
     return true;
-}
-
-void TDatabase::Disconnect()
-{
-    if (!d_database)
-        return;
-    d_database->close();
-    Remove_Connection();
-}
-
-bool TDatabase::Is_Connected() const
-{
-    return d_database && d_database->isOpen();
 }
 
 void TDatabase::Clear()
@@ -171,7 +116,7 @@ bool TDatabase::Replace_All(const std::function<void()>& fill)
     d_scope->known = ALL_TABLES; // which are empty
     for (const Statements::TTable& table : Statements::TABLES) {
         if (d_scope->failure.isEmpty() && !Change(Statements::Delete_All(table), failure))
-            d_scope->failure = d_last_error;
+            d_scope->failure = Last_Error();
     }
     if (d_scope->failure.isEmpty())
         fill();
@@ -179,7 +124,7 @@ bool TDatabase::Replace_All(const std::function<void()>& fill)
     if (scope->failure.isEmpty() && Change(Statements::Commit(), failure))
         return true;
     Change_Or_Not(Statements::Roll_Back());
-    return Fail(scope->failure.isEmpty() ? d_last_error : scope->failure);
+    return Fail(scope->failure.isEmpty() ? Last_Error() : scope->failure);
 }
 
 // Keeps others out until the end of the transaction that it leaves open. A copy cannot be made within one, so
@@ -194,7 +139,7 @@ bool TDatabase::Lock_And_Copy()
                           Change(Statements::Delete_All(Statements::TABLES[0]), failure);
     Change_Or_Not(Statements::Roll_Back());
     const bool copied = writable && Keep_Copy(failure);
-    const QString error = d_last_error;
+    const QString error = Last_Error();
     const bool begun = Change(Statements::Begin_Alone(), failure);
     Change_Or_Not(Statements::Keep_Lock(false));
     if (copied && begun)
@@ -205,9 +150,8 @@ bool TDatabase::Lock_And_Copy()
 
 bool TDatabase::Keep_Copy(const QString& failure)
 {
-    const QString copy = Kept_Copies::File_Name(d_database_file_name, QDateTime::currentDateTime());
-    const QString unfinished =
-        d_database_file_name + ".copy"; // one that a killed program left is overwritten
+    const QString copy = Kept_Copies::File_Name(File_Name(), QDateTime::currentDateTime());
+    const QString unfinished = File_Name() + ".copy"; // one that a killed program left is overwritten
     QFile::remove(unfinished);
     if (!Change(Statements::Copy_Into(unfinished), failure)) {
         QFile::remove(unfinished);
@@ -217,28 +161,20 @@ bool TDatabase::Keep_Copy(const QString& failure)
         QFile::remove(unfinished);
         return Fail(failure + ".  Reason: '" + copy + "' cannot be written");
     }
-    Kept_Copies::Remove_Old(d_database_file_name, COPIES_KEPT, copy);
+    Kept_Copies::Remove_Old(File_Name(), COPIES_KEPT, copy);
     return true;
 }
 
 int TDatabase::Date_Id(const QString& date) const
 {
-    if (!d_scope)
-        return First_Id(Statements::Select_Date_Id(date), DATE_NOT_FOUND);
-    const int date_id = d_scope->catalogue.Date_Id(date);
-    if (date_id < 0)
-        Fail(DATE_NOT_FOUND);
-    return date_id;
+    return d_scope ? Found(d_scope->catalogue.Date_Id(date), DATE_NOT_FOUND)
+                   : First_Id(Statements::Select_Date_Id(date), DATE_NOT_FOUND);
 }
 
 int TDatabase::Time_Id(int date_id, const QString& time) const
 {
-    if (!d_scope)
-        return First_Id(Statements::Select_Time_Id(date_id, time), TIME_NOT_FOUND);
-    const int time_id = d_scope->catalogue.Time_Id(date_id, time);
-    if (time_id < 0)
-        Fail(TIME_NOT_FOUND);
-    return time_id;
+    return d_scope ? Found(d_scope->catalogue.Time_Id(date_id, time), TIME_NOT_FOUND)
+                   : First_Id(Statements::Select_Time_Id(date_id, time), TIME_NOT_FOUND);
 }
 
 bool TDatabase::Date_Exists(const QString& date) const
@@ -252,8 +188,8 @@ bool TDatabase::Time_Exists(const QString& date, const QString& time) const
     const int time_id = date_id < 0 ? -1 : Time_Id(date_id, time);
     if (time_id < 0)
         return false;
-    QSqlQuery query = Query();
-    return Execute(&query, Statements::Select_Time(date_id, time_id)) && query.next();
+    bool valid = false;
+    return !First_Column(Statements::Select_Time(date_id, time_id), &valid).isEmpty();
 }
 
 QStringList TDatabase::Date_List(bool* valid) const
@@ -308,7 +244,7 @@ bool TDatabase::Know(int table) const
         if (Read_Into_Catalogue(d_scope->known))
             ++d_scope->known;
         else
-            d_scope->failure = d_last_error;
+            d_scope->failure = Last_Error();
     }
     return d_scope->known > table || Fail(d_scope->failure);
 }
@@ -347,22 +283,20 @@ bool TDatabase::Add_Database_Item(const TDatabaseItem& item)
                                Statements::Insert_Time(date_id, item.Time()));
     return time_id >= 0 && Replace_Positions(date_id, time_id, item) &&
            Change(Statements::Delete_Summary(date_id, time_id), "Cannot delete existing summary data") &&
-           Change(Statements::Insert_Summary(date_id, time_id, item), SUMMARY_FAILURE);
+           Change(Statements::Insert_Summary(date_id, time_id, item), Insert_Failure("summary"));
 }
 
 // The row that `select` finds, inserted where there is none. After an insert it is looked up: a table that
 // takes rows but cannot be read gives -1, under which a set would never be found again.
-int TDatabase::Make_Row(const char* table, const QString& not_found, const QString& select,
+int TDatabase::Make_Row(const QString& table, const QString& not_found, const QString& select,
                         const QString& insert)
 {
     QString reason;
     const int known = First_Id(select, not_found, &reason);
     if (known >= 0)
         return known;
-    if (!reason.isEmpty()) { // locked, for instance: the insert would wait once more
-        Fail(QString("Cannot add data to table '%1'.  Reason: %2").arg(table, reason));
-        return -1;
-    }
+    if (!reason.isEmpty()) // locked, for instance: the insert would wait once more
+        return Found(-1, Insert_Failure(table) + ".  Reason: " + reason);
     const int inserted = Insert_Row(table, insert);
     const int found = inserted < 0 ? -1 : First_Id(select, not_found);
     if (found != inserted) // another process was quicker: one row is enough
@@ -371,11 +305,11 @@ int TDatabase::Make_Row(const char* table, const QString& not_found, const QStri
 }
 
 // Returns the new row's identifier, or -1.
-int TDatabase::Insert_Row(const char* table, const QString& insert)
+int TDatabase::Insert_Row(const QString& table, const QString& insert)
 {
-    const QString failure = QString("Cannot add data to table '%1'").arg(table);
-    QSqlQuery query = Query();
-    return Change(&query, insert, failure) ? query.lastInsertId().toInt() : -1;
+    qint64 row = -1;
+    Change(insert, Insert_Failure(table), &row);
+    return static_cast<int>(row);
 }
 
 // The old positions go only when the new ones have come. Where a position is refused the transaction stays
@@ -387,12 +321,12 @@ bool TDatabase::Replace_Positions(int date_id, int time_id, const TDatabaseItem&
     // With the first change nobody else can change anything; before, the database may have been replaced.
     const bool stands =
         deleted && ((Date_Id(item.Date()) == date_id && Time_Id(date_id, item.Time()) == time_id) ||
-                    Fail(DATA_FAILURE + ".  Reason: another program has replaced the database"));
+                    Fail(Insert_Failure("data") + ".  Reason: another program has replaced the database"));
     Statements::TRows rows;
     if (stands && !Insert_Positions(date_id, time_id, item, &rows))
         return false;
     // Unlike a failed begin, a failed commit would lose the set; left open it would keep other processes out.
-    if (stands && Change(Statements::Commit(), DATA_FAILURE))
+    if (stands && Change(Statements::Commit(), Insert_Failure("data")))
         return true;
     Change_Or_Not(Statements::Roll_Back());
     return false;
@@ -402,11 +336,10 @@ bool TDatabase::Replace_Positions(int date_id, int time_id, const TDatabaseItem&
 bool TDatabase::Insert_Positions(int date_id, int time_id, const TDatabaseItem& item, Statements::TRows* rows)
 {
     *rows = Statements::NO_ROWS;
-    QSqlQuery query = Query();
     for (const Types::TBallbar_Item& position : item.Ballbar_Items()) {
-        if (!Change(&query, Statements::Insert_Position(date_id, time_id, position), DATA_FAILURE))
+        if (!Change(Statements::Insert_Position(date_id, time_id, position), Insert_Failure("data"),
+                    &rows->last))
             return false;
-        rows->last = query.lastInsertId().toLongLong();
         rows->first = std::min(rows->first, rows->last);
     }
     return true;
@@ -419,11 +352,11 @@ bool TDatabase::Add_To_Replacement(const TDatabaseItem& item)
 {
     if (!d_scope->replacing || !d_scope->failure.isEmpty())
         return Fail(d_scope->replacing ? d_scope->failure : "The database is being read");
-    if (Change(Statements::Begin_Set(), DATA_FAILURE) && Insert_Set(item) &&
-        Change(Statements::End_Set(), DATA_FAILURE))
+    if (Change(Statements::Begin_Set(), Insert_Failure("data")) && Insert_Set(item) &&
+        Change(Statements::End_Set(), Insert_Failure("data")))
         return true;
-    const QString error = d_last_error;
-    const bool refused = d_last_code == CONSTRAINT || d_last_code == TOO_BIG;
+    const QString error = Last_Error();
+    const bool refused = Was_Refused();
     if (!refused || !Change(Statements::Undo_Set(), error) || !Change(Statements::End_Set(), error))
         d_scope->failure = error;
     return Fail(error);
@@ -447,7 +380,7 @@ bool TDatabase::Insert_Set(const TDatabaseItem& item)
         (known_time < 0 || (Change(Statements::Delete_Positions(date_id, time_id, rows), DELETE_FAILURE) &&
                             Change(Statements::Delete_Summary(date_id, time_id), DELETE_FAILURE))) &&
         Insert_Positions(date_id, time_id, item, &rows) &&
-        Change(Statements::Insert_Summary(date_id, time_id, item), SUMMARY_FAILURE);
+        Change(Statements::Insert_Summary(date_id, time_id, item), Insert_Failure("summary"));
     if (!stored)
         return false;
     if (known_date < 0)
@@ -458,96 +391,16 @@ bool TDatabase::Insert_Set(const TDatabaseItem& item)
     return true;
 }
 
-bool TDatabase::Fail(const QString& error) const
-{
-    d_last_error = error;
-    return false;
-}
-
-void TDatabase::Remove_Connection()
-{
-    d_database.reset(); // Qt complains about a connection that still has a handle
-    if (QSqlDatabase::contains(d_connection_name))
-        QSqlDatabase::removeDatabase(d_connection_name);
-}
-
-QSqlQuery TDatabase::Query() const
-{
-    QSqlQuery query(*d_database);
-    query.setForwardOnly(true); // no row is visited twice, so none need be kept
-    return query;
-}
-
-// Every statement runs here, and a failure leaves the driver's words.
-bool TDatabase::Execute(QSqlQuery* query, const QString& statement) const
-{
-    if (query->exec(statement))
-        return true;
-    const QSqlError error = query->lastError();
-    d_last_code = error.nativeErrorCode().toInt() & 0xff; // without what SQLite adds to its codes
-    return Fail(error.text());
-}
-
-// Calls `read` for every row. Returns false where the rows break off: a damaged file shows only when the
-// reading comes to its damaged page.
-bool TDatabase::Read(const QString& statement, const std::function<void(const QSqlQuery& row)>& read) const
-{
-    QSqlQuery query = Query();
-    if (!Execute(&query, statement))
-        return false;
-    while (query.next())
-        read(query);
-    const QSqlError error = query.lastError();
-    return !error.isValid() || Fail(error.text());
-}
-
-// A statement that must succeed, or `failure` and the driver's words become the last error.
-bool TDatabase::Change(QSqlQuery* query, const QString& statement, const QString& failure)
-{
-    return Execute(query, statement) || Fail(failure + ".  Reason: " + d_last_error);
-}
-
-bool TDatabase::Change(const QString& statement, const QString& failure)
-{
-    QSqlQuery query = Query();
-    return Change(&query, statement, failure);
-}
-
-// A statement that may fail without a word.
-void TDatabase::Change_Or_Not(const QString& statement)
-{
-    const QString last_error = d_last_error;
-    QSqlQuery query = Query();
-    if (!Execute(&query, statement))
-        d_last_error = last_error;
-}
-
-// Returns -1 and leaves `failure` where there is no row, and also where the statement could not be executed;
-// then `reason` tells why.
-int TDatabase::First_Id(const QString& statement, const QString& failure, QString* reason) const
-{
-    if (!Is_Connected()) {
-        Fail("Not connected");
-        return -1;
-    }
-    QSqlQuery query = Query();
-    if (Execute(&query, statement) && query.next())
-        return query.value(0).toInt();
-    if (reason)
-        *reason = query.lastError().text().trimmed();
-    Fail(failure);
-    return -1;
-}
-
 QStringList TDatabase::First_Column(const QString& statement, bool* valid) const
 {
-    assert(valid);
-    *valid = false;
     QStringList texts;
-    if (!Is_Connected()) {
-        Fail("Not connected");
-        return texts;
-    }
     *valid = Read(statement, [&texts](const QSqlQuery& row) { texts << row.value(0).toString(); });
     return *valid ? texts : QStringList();
+}
+
+int TDatabase::Found(int id, const QString& not_found) const
+{
+    if (id < 0)
+        Fail(not_found);
+    return id;
 }

@@ -1,20 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "databaseconnection.h"
 #include "databasestatements.h"
 
 #include <QStringList>
 
-#include <functional>
-#include <memory>
-
-class QSqlDatabase;
 class QSqlQuery;
 
-/// Measurement sets in a SQLite file, each under a date and a time. There is one connection, known to Qt as
-/// "ballbar_database", so one object of this class at a time. Whatever fails says so by its result and leaves
-/// a text in Last_Error(); a success leaves an older text there.
-class TDatabase
+/// Measurement sets in a SQLite file, each under a date and a time. There is one connection, so one object of
+/// this class at a time. Whatever fails says so by its result and leaves a text in Last_Error(); a success
+/// leaves an older text there.
+class TDatabase : private TDatabaseConnection
 {
 public:
     /// How many copies Replace_All() leaves beside the database.
@@ -40,12 +37,12 @@ public:
     TDatabase(const TDatabase&) = delete;
     TDatabase& operator=(const TDatabase&) = delete;
 
-    /// Opens the file, which is created where it is missing. Creates no tables: Initialize() comes next.
-    bool Connect(const QString& file);
+    using TDatabaseConnection::Connect; ///< creates no tables: Initialize() comes next
+    using TDatabaseConnection::Disconnect;
+    using TDatabaseConnection::Is_Connected;
+    using TDatabaseConnection::Last_Error;
     /// Creates the tables that are missing; existing ones are never altered.
     bool Initialize();
-    void Disconnect();
-    bool Is_Connected() const;
 
     /// Deletes every set. Failures are not reported.
     void Clear();
@@ -71,36 +68,22 @@ public:
     /// Stores a set with the statistics it carries, in place of one under the same date and time.
     bool Add_Database_Item(const TDatabaseItem& item);
 
-    const QString& Last_Error() const { return d_last_error; }
-
 private:
     struct TScope;
 
-    bool Fail(const QString& error) const;
-    void Remove_Connection();
-    QSqlQuery Query() const;
-    bool Execute(QSqlQuery* query, const QString& statement) const;
-    bool Read(const QString& statement, const std::function<void(const QSqlQuery& row)>& read) const;
-    bool Change(QSqlQuery* query, const QString& statement, const QString& failure);
-    bool Change(const QString& statement, const QString& failure);
-    void Change_Or_Not(const QString& statement);
-    int First_Id(const QString& statement, const QString& failure, QString* reason = nullptr) const;
     QStringList First_Column(const QString& statement, bool* valid) const;
+    int Found(int id, const QString& not_found) const;
     bool Know(int table) const;
     bool Read_Into_Catalogue(int table) const;
     bool Lock_And_Copy();
     bool Keep_Copy(const QString& failure);
-    int Insert_Row(const char* table, const QString& insert);
-    int Make_Row(const char* table, const QString& not_found, const QString& select, const QString& insert);
+    int Make_Row(const QString& table, const QString& not_found, const QString& select,
+                 const QString& insert);
+    int Insert_Row(const QString& table, const QString& insert);
     bool Replace_Positions(int date_id, int time_id, const TDatabaseItem& item);
     bool Insert_Positions(int date_id, int time_id, const TDatabaseItem& item, Statements::TRows* rows);
     bool Add_To_Replacement(const TDatabaseItem& item);
     bool Insert_Set(const TDatabaseItem& item);
 
-    QString d_connection_name;
-    QString d_database_file_name;
-    std::unique_ptr<QSqlDatabase> d_database;
     std::unique_ptr<TScope> d_scope; ///< of a reading or a replacement that is under way
-    mutable QString d_last_error;
-    mutable int d_last_code{0}; ///< SQLite's number of what failed last
 };

@@ -3,23 +3,20 @@
 
 #include "backup.h"
 #include "numbers.h"
+#include "wholefile.h"
+#include "workprogress.h"
 
-#include <QCoreApplication>
-#include <QFile>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QProgressDialog>
 #include <QPushButton>
 #include <QSaveFile>
 #include <QTableWidget>
 #include <QTreeWidget>
 
 #include <limits>
-#include <unistd.h>
 
 namespace
 {
@@ -28,7 +25,6 @@ using Backup_Transfer::TOutcome;
 using Backup_Transfer::TProgress;
 
 constexpr int SPACING = 4;
-constexpr qint64 LARGEST_FILE = 2000000000; // what a byte array holds
 
 QLabel* Create_Title(const QString& text, QWidget* field)
 {
@@ -91,38 +87,11 @@ QStringList Row_Cells(const QTableWidget* table, int row)
     return cells;
 }
 
-// The file appears when it is complete, so that an older one survives a full disk or a killed program.
-bool Open(QSaveFile* file)
+// Where the file cannot be put in place, that is the outcome.
+TOutcome Put_In_Place(QSaveFile* file, const TOutcome& outcome)
 {
-    file->setDirectWriteFallback(true);
-    return file->open(QIODevice::WriteOnly);
-}
-
-// Whether all is well shows when the last block is written: commit() would not notice that it found no room.
-void Put_In_Place(QSaveFile* file, TOutcome* outcome)
-{
-    if (outcome->end == TOutcome::REFUSED)
-        return;
-    if (!file->flush() || ::fsync(file->handle()) != 0)
-        file->cancelWriting();
-    if (!file->commit())
-        *outcome = {TOutcome::REFUSED, 0, file->errorString()};
-}
-
-// Without a reason where the file cannot be opened.
-TOutcome Read_File(const QString& file_name, QByteArray* content)
-{
-    const auto refused = [](const QString& reason) { return TOutcome{TOutcome::REFUSED, 0, reason}; };
-    const QFileInfo info(file_name);
-    if (info.exists() && !info.isFile()) // a pipe would be waited for
-        return refused(TDatabaseDialog::tr("'%1' is not a file").arg(file_name));
-    if (info.size() > LARGEST_FILE)
-        return refused(TDatabaseDialog::tr("'%1' is larger than 2 GB").arg(file_name));
-    QFile file(file_name);
-    if (!file.open(QIODevice::ReadOnly))
-        return refused(QString());
-    *content = file.readAll();
-    return file.error() == QFile::NoError ? TOutcome() : refused(file.errorString());
+    const QString error = Whole_File::Put_In_Place(file);
+    return error.isEmpty() ? outcome : TOutcome{TOutcome::REFUSED, 0, error};
 }
 
 } // namespace
@@ -155,8 +124,10 @@ int TDatabaseDialog::exec()
     if (d_busy) // the work would wait for the window to be closed, and the window for the work
         return Rejected;
     d_failures.clear();
-    if (!d_database_file.isEmpty() && !Connect_To_Database(QString(d_database_file)))
+    if (!d_database_file.isEmpty() && !Connect_To_Database(QString(d_database_file))) {
+        d_tree->clear();
         d_failures.insert(QString(), d_last_error);
+    }
     return QDialog::exec();
 }
 
@@ -254,15 +225,14 @@ void TDatabaseDialog::Backup()
         return;
     const QString file_name = Choose_Backup_File();
     QSaveFile file(file_name);
-    if (file_name.isEmpty() || !Open(&file))
+    if (file_name.isEmpty() || !Whole_File::Open(&file))
         return;
     TOutcome outcome;
     Work(tr("Writing the backup"),
          [&](const TProgress& progress) { outcome = Backup_Transfer::Write(&d_database, &file, progress); });
     if (outcome.end != TOutcome::CUT_SHORT) // left on screen it tells
         d_progress->hide();
-    Put_In_Place(&file, &outcome); // half a backup is better than none
-    Report(tr("Backup"), outcome);
+    Report(tr("Backup"), outcome.end == TOutcome::REFUSED ? outcome : Put_In_Place(&file, outcome));
 }
 
 void TDatabaseDialog::Restore()
@@ -273,18 +243,18 @@ void TDatabaseDialog::Restore()
     if (file_name.isEmpty())
         return;
     QByteArray content;
-    TOutcome outcome = Read_File(file_name, &content);
-    if (outcome.end == TOutcome::COMPLETE) {
+    TOutcome outcome{TOutcome::REFUSED, 0, {}};
+    if (Whole_File::Read(file_name, &content, &outcome.reason))
         Work(tr("Restoring the backup"), [&](const TProgress& progress) {
             outcome = Backup_Transfer::Read(content, &d_database, progress);
         });
-        if (outcome.end == TOutcome::NOT_A_BACKUP)
-            d_progress->setLabelText(tr("This file is not a backup"));
-        else
-            d_progress->hide();
-        Update_Tree();
-    }
     Report(tr("Restore"), outcome);
+    if (outcome.end == TOutcome::NOT_A_BACKUP)
+        d_progress->setLabelText(tr("This file is not a backup"));
+    else if (d_progress)
+        d_progress->hide();
+    if (outcome.end == TOutcome::COMPLETE)
+        Update_Tree();
 }
 
 void TDatabaseDialog::Export()
@@ -293,14 +263,12 @@ void TDatabaseDialog::Export()
         return;
     const QString file_name = Choose_Export_File();
     QSaveFile file(file_name);
-    if (file_name.isEmpty() || !Open(&file))
+    if (file_name.isEmpty() || !Whole_File::Open(&file))
         return;
     file.write(Backup_File::Summary_Line(Backup_File::Summary_Titles()));
     for (int row = 0; row < d_summary_table->rowCount(); ++row)
         file.write(Backup_File::Summary_Line(Row_Cells(d_summary_table, row)));
-    TOutcome outcome;
-    Put_In_Place(&file, &outcome);
-    Report(tr("Export Summary"), outcome);
+    Report(tr("Export Summary"), Put_In_Place(&file, TOutcome()));
 }
 
 QString TDatabaseDialog::Choose_Backup_File()
@@ -337,24 +305,6 @@ QLayout* TDatabaseDialog::Create_Buttons()
     row->addWidget(d_export_button);
     row->addWidget(d_close_button);
     return row;
-}
-
-QProgressDialog* TDatabaseDialog::Create_Progress()
-{
-    auto* cancel = new QPushButton(tr("Cancel"));
-    cancel->setEnabled(false);
-    auto* progress = new QProgressDialog(this);
-    progress->setObjectName("progress");
-    progress->setWindowTitle(windowTitle());
-    progress->setCancelButton(cancel);
-    // Shown and hidden here only, never by its own clock or by reaching its end.
-    progress->setMinimumDuration(std::numeric_limits<int>::max());
-    progress->setAutoReset(false);
-    progress->setAutoClose(false);
-    // Escape and the window's own button close it only when the work is done.
-    disconnect(progress, &QProgressDialog::canceled, progress, &QProgressDialog::cancel);
-    connect(progress, &QProgressDialog::canceled, this, [this, progress] { progress->setVisible(d_busy); });
-    return progress;
 }
 
 QPushButton* TDatabaseDialog::Create_Button(const QString& name, const QString& text,
@@ -398,8 +348,9 @@ std::vector<TDatabaseDialog::TKey> TDatabaseDialog::Selected_Keys() const
 void TDatabaseDialog::Update_Buttons()
 {
     const int selected = d_tree->selectedItems().size();
-    for (QPushButton* button : {d_backup_button, d_restore_button, d_close_button})
-        button->setEnabled(!d_busy);
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{d_tree, d_backup_button, d_restore_button, d_close_button})
+        widget->setEnabled(!d_busy);
     d_load_button->setEnabled(!d_busy && selected == 1 && Selected_Keys().size() == 1);
     d_export_button->setEnabled(!d_busy && selected > 0);
 }
@@ -411,21 +362,18 @@ void TDatabaseDialog::Set_Busy(bool busy)
 }
 
 // Shows the progress of a work that uses the database, and keeps the user from everything else in the
-// meantime.
+// meantime. The progress stays on screen.
 void TDatabaseDialog::Work(const QString& text, const std::function<void(const TProgress& progress)>& work)
 {
-    if (!d_progress)
-        d_progress = Create_Progress();
-    d_progress->setLabelText(text);
-    d_progress->setMaximum(1);
-    d_progress->setValue(0);
-    d_progress->show();
+    if (!d_progress) {
+        d_progress = new TWorkProgress(this);
+        d_progress->setObjectName("progress");
+        d_progress->setWindowTitle(windowTitle());
+    }
     Set_Busy(true);
-    work([this](int done, int all) {
-        d_progress->setMaximum(all);
-        d_progress->setValue(done);
-        QCoreApplication::processEvents();
-    });
+    d_progress->Begin(text);
+    work([this](int done, int all) { d_progress->Set_Done(done, all); });
+    d_progress->End();
     Set_Busy(false);
 }
 

@@ -10,10 +10,10 @@
 #include <utility>
 #include <vector>
 
-class QProgressDialog;
 class QPushButton;
 class QTableWidget;
 class QTreeWidget;
+class TWorkProgress;
 
 /// Browses the stored measurement sets: a tree of dates and times, a summary of the selected sets, and
 /// buttons to load one, to back up and restore everything and to export the summary. Owns the database.
@@ -69,7 +69,6 @@ private:
 
     QLayout* Create_Buttons();
     QPushButton* Create_Button(const QString& name, const QString& text, void (TDatabaseDialog::*command)());
-    QProgressDialog* Create_Progress();
     bool Is_Ready() const;
     bool Fail(const QString& error);
     std::vector<TKey> Selected_Keys() const;
@@ -86,7 +85,7 @@ private:
     QPushButton* d_close_button{nullptr};
     QTableWidget* d_summary_table{nullptr};
     QTreeWidget* d_tree{nullptr};
-    QProgressDialog* d_progress{nullptr}; ///< created when it is needed first
+    TWorkProgress* d_progress{nullptr}; ///< created when it is needed first
     TDatabase d_database;
     QString d_database_file;
     std::vector<Types::TBallbar_Item> d_ballbar_items;

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#include "wholefile.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <unistd.h>
+
+namespace
+{
+
+constexpr qint64 LARGEST_FILE = 2000000000; // a byte array holds little more
+
+bool Fail(const QString& text, QString* error)
+{
+    *error = text;
+    return false;
+}
+
+} // namespace
+
+bool Whole_File::Read(const QString& file_name, QByteArray* content, QString* error)
+{
+    const QFileInfo info(file_name);
+    if (info.exists() && !info.isFile()) // a pipe would be waited for
+        return Fail(QCoreApplication::translate("Whole_File", "'%1' is not a file").arg(file_name), error);
+    if (info.size() > LARGEST_FILE)
+        return Fail(QCoreApplication::translate("Whole_File", "'%1' is larger than 2 GB").arg(file_name),
+                    error);
+    QFile file(file_name);
+    if (!file.open(QIODevice::ReadOnly))
+        return Fail(QString(), error);
+    *content = file.readAll();
+    return file.error() == QFile::NoError || Fail(file.errorString(), error);
+}
+
+bool Whole_File::Open(QSaveFile* file)
+{
+    file->setDirectWriteFallback(true);
+    return file->open(QIODevice::WriteOnly);
+}
+
+QString Whole_File::Put_In_Place(QSaveFile* file)
+{
+    QString error; // commit() alone would not notice that the last block found no room
+    if (!file->flush())
+        error = file->errorString();
+    else if (::fsync(file->handle()) != 0)
+        error = qt_error_string();
+    if (!error.isEmpty())
+        file->cancelWriting();
+    return file->commit() || !error.isEmpty() ? error : file->errorString();
+}
