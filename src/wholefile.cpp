@@ -43,12 +43,10 @@ bool Whole_File::Open(QSaveFile* file)
 
 QString Whole_File::Put_In_Place(QSaveFile* file)
 {
-    QString error; // commit() alone would not notice that the last block found no room
-    if (!file->flush())
-        error = file->errorString();
-    else if (::fsync(file->handle()) != 0)
+    QString error;
+    if (!file->flush() || ::fsync(file->handle()) != 0) { // commit() would not notice
         error = qt_error_string();
-    if (!error.isEmpty())
         file->cancelWriting();
+    }
     return file->commit() || !error.isEmpty() ? error : file->errorString();
 }

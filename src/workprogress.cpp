@@ -6,7 +6,8 @@
 
 #include <limits>
 
-TWorkProgress::TWorkProgress(QWidget* parent) : QProgressDialog(parent)
+// Without the button that Qt would create: its Escape key stays, and of two keys Qt takes none.
+TWorkProgress::TWorkProgress(QWidget* parent) : QProgressDialog(QString(), QString(), 0, 1, parent)
 {
     auto* cancel = new QPushButton(tr("Cancel"));
     cancel->setEnabled(false);
@@ -15,8 +16,8 @@ TWorkProgress::TWorkProgress(QWidget* parent) : QProgressDialog(parent)
     setMinimumDuration(std::numeric_limits<int>::max());
     setAutoReset(false);
     setAutoClose(false);
-    // Escape and the window's own button would hide it at any time.
-    disconnect(this, &QProgressDialog::canceled, this, &QProgressDialog::cancel);
+    // Escape and the window's own button hide it at any time, unless they are kept from it.
+    disconnect(this, SIGNAL(canceled()), this, SLOT(cancel())); // finds only connections made in this form
     connect(this, &QProgressDialog::canceled, this, &TWorkProgress::reject);
 }
 

@@ -6,6 +6,7 @@
 #include <QtSql>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace
@@ -46,17 +47,44 @@ QStringList Rows(const QString& statement)
     return Rows(model);
 }
 
-// Does `work` while no file can grow beyond 10,000 bytes, as on a full disk.
-template<typename TWork> void On_A_Full_Disk(const TWork& work)
+// All sets that are stored with the number of their positions, "date|time=2 date|other=3".
+QString Stored()
+{
+    const QString positions =
+        "(SELECT count(*) FROM data p WHERE p.date_id=d.date_id AND p.time_id=t.time_id)";
+    return Rows("SELECT d.entry,t.entry||'='||" + positions + " FROM date d LEFT JOIN time t USING(date_id)")
+        .join(' ');
+}
+
+// Does `work` while no file can grow beyond a size, as on a full disk.
+template<typename TWork> void On_A_Full_Disk(rlim_t size, const TWork& work)
 {
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit small{10000, before.rlim_max};
+    const rlimit small{size, before.rlim_max};
     signal(SIGXFSZ, SIG_IGN);
     setrlimit(RLIMIT_FSIZE, &small);
     work();
     setrlimit(RLIMIT_FSIZE, &before);
 }
+
+// Another program that uses the same database and does not wait for locks.
+class TOtherProgram
+{
+public:
+    explicit TOtherProgram(const QString& file) : d_database(QSqlDatabase::addDatabase("QSQLITE", "other"))
+    {
+        d_database.setConnectOptions("QSQLITE_BUSY_TIMEOUT=0");
+        d_database.setDatabaseName(file);
+        EXPECT_TRUE(d_database.open());
+    }
+    ~TOtherProgram() { d_database = QSqlDatabase(), QSqlDatabase::removeDatabase("other"); }
+    bool Does(const QString& statement) { return QSqlQuery(d_database).exec(statement); }
+    bool Can_Write() { return Does("BEGIN EXCLUSIVE") && Does("ROLLBACK"); }
+
+private:
+    QSqlDatabase d_database;
+};
 
 // The dialog with the choices of files made beforehand.
 struct TPresetDialog : TDatabaseDialog
@@ -73,34 +101,35 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(d_database.Connect(d_file) && d_database.Initialize());
-        Rows("PRAGMA synchronous=OFF"); // tests need no disk
+        Rows("PRAGMA synchronous=OFF");  // tests need no disk,
+        Rows("PRAGMA busy_timeout=100"); // and no patience
     }
     bool Add(const QString& time, int n) { return d_database.Add_Database_Item(Make_Set(DATE, time, n)); }
     bool Holds(const QString& time, int n)
     {
         return d_database.Database_Item(DATE, time, &d_valid).Ballbar_Count() == n && d_valid;
     }
-    // Replaces everything by one set under the time "new".
-    bool Replace(int n = 1)
+    // Saves a set; tells how that ended and what is stored then.
+    QString Save(const QString& time, int n)
     {
-        return d_database.Replace_All([&] { Add("new", n); });
+        const bool saved = Add(time, n);
+        const QString reason = d_database.Last_Error().section("Reason: ", 1).remove(" Unable to fetch row");
+        return (saved ? "saved: " : reason + ": ") + Stored().remove(DATE + '|');
+    }
+    // Replaces everything by some sets "a", "b", ... with so many positions, and tells the same.
+    QString Replace(const std::vector<int>& sets)
+    {
+        const bool replaced = d_database.Replace_All([&] {
+            for (size_t i = 0; i < sets.size(); ++i)
+                Add(QChar('a' + int(i)), sets[i]);
+        });
+        const QString reason = d_database.Last_Error().section("Reason: ", 1).remove(" Unable to fetch row");
+        return (replaced ? "replaced: " : reason + ": ") + Stored().remove(DATE + '|');
     }
     QTemporaryDir d_folder;
     QString d_file{d_folder.filePath("a[1].db")};
     TDatabase d_database;
     bool d_valid{false};
-};
-
-// Another process that runs statements and keeps its locks until it goes.
-struct TOtherProcess : QProcess
-{
-    TOtherProcess(const QString& file, const QByteArray& statements)
-    {
-        start("sqlite3", {file});
-        write(statements + ";\n.print ready\n");
-        EXPECT_TRUE(waitForReadyRead());
-    }
-    ~TOtherProcess() override { closeWriteChannel(), waitForFinished(); }
 };
 
 class DatabaseDialog : public Database
@@ -111,6 +140,7 @@ protected:
         d_dialog.d_file = d_folder.filePath("chosen");
         ASSERT_TRUE(d_dialog.Connect_To_Database(d_file));
         Rows("PRAGMA synchronous=OFF");
+        Rows("PRAGMA busy_timeout=100");
         d_dialog.show();
     }
     QTreeWidget* Tree() const { return d_dialog.findChild<QTreeWidget*>("entries"); }
@@ -204,19 +234,23 @@ TEST_F(Database, StoresRowsAsTheyAreReadBack)
 
 TEST_F(Database, ReplacesTheSetUnderTheSameStamp)
 {
-    // Sets in between, changes and reads in turn: what is known of the rows has to follow.
     for (const int count : {5, 3, 0, 7}) {
         for (const QString& time : {QString("1"), TIME, QString("2")})
             EXPECT_TRUE(Add(time, count) && Holds(time, count) && Holds("1", count));
-        EXPECT_EQ(Rows("SELECT count(*) FROM data"), QStringList(QString::number(3 * count)));
+        EXPECT_EQ(Stored().remove(DATE), QString("|1=%1 |%2=%1 |2=%1").arg(count).arg(TIME));
         EXPECT_EQ(Rows("SELECT DISTINCT count FROM summary"), QStringList(QString::number(count)));
     }
     EXPECT_TRUE(d_database.Add_Database_Item(Make_Set("2020 Jan 01", TIME, 2)));
-    EXPECT_EQ(d_database.Date_List(&d_valid), QStringList({DATE, "2020 Jan 01"}));
-    EXPECT_EQ(d_database.Time_List(DATE, &d_valid), QStringList({"1", TIME, "2"}));
-    EXPECT_TRUE(d_valid && Holds(TIME, 7));
-    TOtherProcess(d_file, "DELETE FROM data WHERE time_id=1; UPDATE data SET rowid=-rowid");
-    EXPECT_TRUE(Holds("1", 0) && Holds(TIME, 7));
+    // What is read of one state is what single statements find, also where rows of sets are mixed.
+    Rows("UPDATE data SET rowid=-rowid WHERE rowid%3=0");
+    for (int in_scope = 0; in_scope < 2; ++in_scope) {
+        const auto reading = in_scope ? std::make_unique<TDatabase::TReading>(&d_database) : nullptr;
+        EXPECT_EQ(d_database.Date_List(&d_valid), QStringList({DATE, "2020 Jan 01"}));
+        EXPECT_EQ(d_database.Time_List(DATE, &d_valid), QStringList({"1", TIME, "2"}));
+        EXPECT_TRUE(d_valid && Holds(TIME, 7) && Holds("2", 7) && !d_database.Date_Exists("x"));
+        EXPECT_FALSE(d_database.Time_Exists("2020 Jan 01", "2") || Holds("x", 0));
+        EXPECT_EQ(d_database.Last_Error(), "Time not found.");
+    }
     d_database.Clear();
     EXPECT_TRUE(d_database.Date_List(&d_valid).isEmpty() && d_valid);
     EXPECT_EQ(Rows("SELECT 1 FROM time UNION SELECT 1 FROM summary UNION SELECT 1 FROM data").size(), 0);
@@ -265,30 +299,100 @@ TEST_F(Database, TellsWhichTableFailed)
     EXPECT_TRUE(!d_valid && d_database.Last_Error().contains("no such column: name"));
 }
 
-TEST_F(Database, AFailedSaveLeavesNoHalfSet)
+TEST_F(Database, AFailedSaveLeavesWhatWasThere)
 {
-    ASSERT_TRUE(Add("1", 20));
+    EXPECT_EQ(Save("1", 20), "saved: 1=20");
     Rows("CREATE TRIGGER stop BEFORE INSERT ON data WHEN NEW.sph1_x>3 BEGIN SELECT RAISE(ABORT,'no'); END");
-    EXPECT_TRUE(!Add("2", 30) && Add("3", 5) && Holds("1", 20) && Holds("2", 0) && Holds("3", 5));
+    EXPECT_EQ(Save("2", 30), "no: 1=20 2=22"); // the transaction stays open
+    EXPECT_EQ(Save("1", 30), "no: 1=22 2=0");
+    EXPECT_EQ(Save("3", 5), "saved: 1=20 2=0 3=5");
+    Rows("DROP TRIGGER stop");
+    // Between its look-up and its first change another program replaces the database.
+    Rows("CREATE TRIGGER other BEFORE DELETE ON data BEGIN DELETE FROM time; END");
+    EXPECT_EQ(Save("1", 1), "another program has replaced the database: 1=20 2=0 3=5");
+    Rows("DROP TRIGGER other");
     Rows("ALTER TABLE data ADD COLUMN y DEFAULT 9 REFERENCES date DEFERRABLE INITIALLY DEFERRED");
     Rows("PRAGMA foreign_keys=ON"); // the commit fails
-    EXPECT_TRUE(!Add("4", 5) && Holds("4", 0) && Holds("3", 5));
-    Rows(QString("PRAGMA max_page_count=%1").arg(Rows("PRAGMA page_count").value(0).toInt() + 4));
+    EXPECT_EQ(Save("1", 5), "FOREIGN KEY constraint failed: 1=20 2=0 3=5");
+    Rows("PRAGMA max_page_count=1"); // no more than there are, as on a full disk
+    EXPECT_EQ(Save("1", 5000), "database or disk is full: 1=20 2=0 3=5");
+}
+
+TEST_F(Database, ReplacesAllOrNothing)
+{
+    EXPECT_EQ(Save("old", 20), "saved: old=20");
+    const QString refuse = "CREATE TRIGGER stop BEFORE INSERT ON data WHEN NEW.sph1_x>3 "
+                           "BEGIN SELECT RAISE(%1,'no'); END";
+    TOtherProgram other(d_file);
+    Rows(refuse.arg("ROLLBACK"));
+    EXPECT_EQ(Replace({3, 30, 5}), "no: old=20");
+    EXPECT_TRUE(other.Can_Write());
     Rows("DROP TRIGGER stop");
-    EXPECT_TRUE(!Add("2", 5000) && d_database.Last_Error().contains("database or disk is full"));
-    EXPECT_TRUE(Holds("1", 20) && Holds("2", 0) && Holds("3", 5));
+    Rows(refuse.arg("ABORT"));
+    EXPECT_EQ(Replace({3, 30, 5}), "replaced: a=3 c=5"); // one that is refused is left out, with its time
+    EXPECT_TRUE(other.Can_Write() && !QFile::exists(d_file + "-journal"));
+    Rows("PRAGMA max_page_count=1");
+    EXPECT_EQ(Replace({3, 5, 7, 22, 22, 22, 22, 22, 22, 22}), "database or disk is full: a=3 c=5");
+    Rows("PRAGMA max_page_count=1000000");
+    EXPECT_EQ(Rows("SELECT count(*) FROM summary"), QStringList("2"));
+    Rows("ALTER TABLE summary RENAME TO x");
+    EXPECT_EQ(Replace({3}), "no such table: summary Unable to execute statement: a=3 c=5");
+    Rows("ALTER TABLE x RENAME TO summary");
+    EXPECT_TRUE(other.Can_Write());
+    // Sets of one time replace each other, and one that is refused does not.
+    EXPECT_TRUE(d_database.Replace_All(
+        [&] { EXPECT_TRUE(Add("1", 3) && Add("2", 4) && Add("1", 5) && !Add("2", 30) && Add("1", 6)); }));
+    EXPECT_EQ(Stored().remove(DATE + '|'), "1=6 2=4");
+    EXPECT_EQ(Rows("SELECT count FROM summary ORDER BY count"), QStringList({"4", "6"}));
+    // Nobody else gets in from the start to the end, and nothing is begun while somebody is in.
+    EXPECT_TRUE(d_database.Replace_All([&] { EXPECT_FALSE(other.Does("SELECT 1 FROM date")); }));
+    EXPECT_EQ(Stored(), "");
+    EXPECT_TRUE(other.Does("INSERT INTO date(entry) VALUES('B')") && other.Does("BEGIN IMMEDIATE"));
+    const int copies = Kept_Copies::List(d_file).size();
+    EXPECT_EQ(Replace({3}), "database is locked: B|");
+    EXPECT_EQ(Kept_Copies::List(d_file).size(), copies);
+    EXPECT_TRUE(other.Does("ROLLBACK") && other.Can_Write());
+}
+
+TEST_F(Database, OneStateIsReadWhateverOthersWrite)
+{
+    ASSERT_TRUE(Add("1", 3));
+    TOtherProgram other(d_file);
+    {
+        const TDatabase::TReading reading(&d_database);
+        const TDatabase::TReading inner(&d_database);
+        EXPECT_FALSE(other.Does("DELETE FROM data") || Add("2", 1));
+        EXPECT_TRUE(Holds("1", 3));
+    }
+    // Two programs save the same key at once: one row is enough.
+    for (const QString& table : {QString("date"), QString("time")})
+        Rows(QString("CREATE TRIGGER %1s BEFORE INSERT ON %1 BEGIN INSERT INTO %1(%2) VALUES(NEW.%3); END")
+                 .arg(table, table == "date" ? "entry" : "date_id,entry",
+                      table == "date" ? "entry" : "date_id,NEW.entry"));
+    EXPECT_TRUE(d_database.Add_Database_Item(Make_Set("B", "1", 2)));
+    EXPECT_EQ(Stored(), DATE + "|1=3 B|1=2");
+    EXPECT_TRUE(other.Does("BEGIN EXCLUSIVE"));
+    const TDatabase::TReading reading(&d_database);
+    for (int i = 0; i < 10000; ++i) // waits once, not each time: the test's time limit tells
+        EXPECT_FALSE(Holds("1", 3) || !d_database.Date_List(&d_valid).isEmpty());
+    EXPECT_TRUE(d_database.Last_Error().contains("locked"));
 }
 
 TEST_F(Database, FilesThatCannotBeUsed)
 {
-    ASSERT_TRUE(Add(TIME, 2000) && QFile::setPermissions(d_file, QFile::Permissions(0x4444)) &&
-                QFile::setPermissions(d_folder.path(), QFile::Permissions(0x5555)));
     const uid_t user = geteuid();
-    ASSERT_EQ(user == 0 ? seteuid(65534) : 0, 0); // root may write everywhere
-    EXPECT_TRUE(d_database.Connect(d_file) && d_database.Initialize());
-    EXPECT_FALSE(Add("2", 3) || Replace());
-    EXPECT_TRUE(Holds(TIME, 2000) && !d_database.Connect(d_folder.filePath("new.db")));
-    ASSERT_EQ(seteuid(user), 0);
+    const QString state = ": 1=2000";
+    ASSERT_TRUE(Add("1", 2000) && QFile::setPermissions(d_file, QFile::Permissions(0x4444)));
+    for (const int folder : {0x7777, 0x5555}) {
+        ASSERT_TRUE(QFile::setPermissions(d_folder.path(), QFile::Permissions(folder)));
+        ASSERT_EQ(user == 0 ? seteuid(65534) : 0, 0); // root may write everywhere
+        EXPECT_TRUE(d_database.Connect(d_file) && d_database.Initialize());
+        EXPECT_EQ(Save("2", 3), "attempt to write a readonly database" + state);
+        EXPECT_EQ(Replace({3}), "attempt to write a readonly database" + state);
+        EXPECT_EQ(QDir(d_folder.path()).entryList(QDir::Files).size(), 1); // no copy
+        EXPECT_EQ(d_database.Connect(d_folder.filePath("new/a.db")), false);
+        ASSERT_EQ(seteuid(user), 0);
+    }
     EXPECT_TRUE(QFile::setPermissions(d_folder.path(), QFile::Permissions(0x7700)) &&
                 QFile::setPermissions(d_file, QFile::Permissions(0x6600)));
 
@@ -296,30 +400,10 @@ TEST_F(Database, FilesThatCannotBeUsed)
     for (const QByteArray& content : {QByteArray("text\n").repeated(1000), good.left(good.size() / 2)}) {
         Write(d_file, content);
         EXPECT_TRUE(d_database.Connect(d_file)); // SQLite looks at a file when it reads it
-        EXPECT_FALSE(d_database.Initialize() || Holds(TIME, 0) || Add(TIME, 1) || Replace());
+        EXPECT_FALSE(d_database.Initialize() || Holds(TIME, 0) || Add(TIME, 1) ||
+                     d_database.Replace_All([] {}));
         EXPECT_EQ(Content(d_file), content);
     }
-}
-
-TEST_F(Database, DoesNotWaitLongForOthers)
-{
-    ASSERT_TRUE(Add("1", 3));
-    Rows("PRAGMA busy_timeout=200");
-    {
-        const TOtherProcess writer(d_file, "BEGIN IMMEDIATE");
-        EXPECT_TRUE(!Add("2", 3) && d_database.Last_Error().contains("locked") && Holds("1", 3));
-    }
-    {
-        const TOtherProcess reader(d_file, "BEGIN; SELECT 1 FROM date WHERE 0");
-        EXPECT_FALSE(Add("1", 30) || Replace());
-    }
-    {
-        const TOtherProcess holder(d_file, "BEGIN EXCLUSIVE");
-        const TDatabase::TReading reading(&d_database);
-        for (int i = 0; i < 1000; ++i) // waits once, not a thousand times: the test's time limit tells
-            EXPECT_FALSE(Holds("1", 3));
-    }
-    EXPECT_TRUE(Holds("1", 3) && Add("2", 3) && Holds("2", 3));
 }
 
 TEST_F(Database, KeepsFiveCopies)
@@ -330,19 +414,20 @@ TEST_F(Database, KeepsFiveCopies)
         Write(d_folder.filePath(name), "");
     for (int i = 1; i <= 7; ++i) {
         QTest::qWait(2); // copies of one millisecond would have one name
-        EXPECT_TRUE(Add(QString::number(i), i) && Replace());
+        EXPECT_EQ(Replace({i}), QString("replaced: a=%1").arg(i));
         EXPECT_EQ(Kept_Copies::List(d_file).size(), std::min(i, 5));
     }
-    EXPECT_TRUE(d_database.Connect(Kept_Copies::List(d_file)[0]) && Holds("3", 3) && !Holds("4", 4));
+    EXPECT_TRUE(d_database.Connect(Kept_Copies::List(d_file)[0]) && Holds("a", 2));
     EXPECT_TRUE(d_database.Connect(d_file));
     // What does not fit leaves nothing behind, and the older copies stay.
     const QStringList files = QDir(d_folder.path()).entryList();
-    On_A_Full_Disk([this] { EXPECT_FALSE(Replace()); });
+    On_A_Full_Disk(10000, [this] { EXPECT_FALSE(d_database.Replace_All([] {})); });
     EXPECT_TRUE(d_database.Last_Error().startsWith("Cannot keep a copy of the database.  Reason: "));
     EXPECT_EQ(QDir(d_folder.path()).entryList(), files);
     for (int i = 1; i <= 5; ++i) // from before the clock was set back
         Write(d_folder.filePath(QString("a[1]_209%1-03-01_10-15-02-123.db").arg(i)), "");
-    EXPECT_TRUE(Replace() && d_database.Connect(Kept_Copies::List(d_file)[0]) && Holds("new", 1));
+    EXPECT_EQ(Replace({8}), "replaced: a=8");
+    EXPECT_TRUE(d_database.Connect(Kept_Copies::List(d_file)[0]) && Holds("a", 7));
     for (const QString& name : others)
         EXPECT_TRUE(QFile::exists(d_folder.filePath(name)));
 }
@@ -434,6 +519,10 @@ TEST_F(DatabaseDialog, RestoresWhatTheFileSays)
         {a1 + "Entry:%P,,--1,'1',300.000004,\xFF,,,,,,\n", a1 + q},
         {foreign + p + a1 + p, foreign + q + a1 + q},
         {QByteArray(300000, '\xff') + "\n" + QByteArray(9, '\0') + "\n" + a1 + p, a1 + q},
+        {"Entry_Date:\xEF\xBF\xBE\nEntry_Time:\xEF\xBF\xBF" + QByteArray(1, '\0') + "1\n" + p + a1 + p,
+         "Entry_Date:\xEF\xBF\xBD\nEntry_Time:\xEF\xBF\xBD\xEF\xBF\xBD"
+         "1\n" +
+             q + a1 + q},
     };
     for (const auto& [read, written] : backups) {
         ASSERT_TRUE(Add("old", "1", 2));
@@ -449,34 +538,94 @@ TEST_F(DatabaseDialog, RestoresWhatTheFileSays)
 TEST_F(DatabaseDialog, WhatIsNoBackupChangesNothing)
 {
     ASSERT_TRUE(Add("A", "1", 2));
-    for (const QByteArray& content : {QByteArray(), "\n" + HEADER, "x" + HEADER, HEADER.toLower(),
-                                      HEADER.left(20), QByteArray(1000000, '\0')}) {
+    for (const QByteArray& content :
+         {QByteArray(), "\n" + HEADER, "x" + HEADER, HEADER.toLower(), HEADER.left(20),
+          QByteArray(1000000, '\0'), HEADER.chopped(1) + '\0' + '\n'}) {
         Restore(content); // the progress is left on screen: this was no backup
         EXPECT_TRUE(Progress()->isVisible() != content.isEmpty() && !Progress()->isModal() &&
                     Button("restore")->isEnabled());
     }
+    EXPECT_EQ(Progress()->labelText(), "This file is not a backup");
+    d_dialog.close();
+    EXPECT_TRUE(!Progress()->isVisible() && d_dialog.Failures().isEmpty());
+    // What cannot be read to its end is refused.
+    ASSERT_EQ(mkfifo(qPrintable(d_folder.filePath("pipe")), 0600), 0);
+    QFile large(d_folder.filePath("large"));
+    ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(3000000000));
+    const QStringList rows[] = {{d_folder.filePath("pipe"), "is not a file"},
+                                {d_folder.path(), "is not a file"},
+                                {d_folder.filePath("large"), "is larger than 2 GB"},
+                                {"/proc/self/mem", "Input/output error"}};
+    for (const QStringList& row : rows) {
+        d_dialog.d_file = row[0];
+        d_dialog.Restore();
+        EXPECT_EQ(d_dialog.Failures().value(0).right(row[1].size()), row[1]);
+    }
+    EXPECT_EQ(Stored(), "A|1=2");
     EXPECT_TRUE(Kept_Copies::List(d_file).isEmpty());
-    ASSERT_TRUE(QDir(d_folder.path()).mkdir("a[1].db.copy")); // in the way of a copy
-    Restore(HEADER);
-    EXPECT_TRUE(!Progress()->isVisible() &&
-                d_dialog.Failures().value(0).startsWith("Restore failed: Cannot keep a copy of the"));
-    EXPECT_EQ(Rows("SELECT count(*) FROM data"), QStringList("2"));
 }
 
-TEST_F(DatabaseDialog, OlderFilesSurviveWhatFails)
+TEST_F(DatabaseDialog, TellsWhatFailed)
 {
-    ASSERT_TRUE(Add("A", "1", 300));
+    ASSERT_TRUE(Add("A", "1", 2) && Add("A", "2", 100));
     const QByteArray good = Written("backup");
-    ASSERT_TRUE(Add("B", "1", 300));
-    On_A_Full_Disk([&] { EXPECT_TRUE(Written("backup") == good); });
+    Tree()->selectAll();
+    for (int rows = 0; rows < 3; ++rows)
+        d_dialog.Export();
+    On_A_Full_Disk(100, [&] { EXPECT_EQ(Written("backup"), Written("export")); });
+    EXPECT_EQ(d_dialog.Failures(),
+              QStringList({"Backup failed: File too large", "Export Summary failed: File too large"}));
+    Written("export");
+    d_dialog.d_file = d_folder.filePath("other");
+    EXPECT_EQ(Written("backup"), good);
+    EXPECT_TRUE(d_dialog.Failures().isEmpty()); // what was done well in the end
+
+    TOtherProgram other(d_file);
+    EXPECT_TRUE(other.Does("BEGIN EXCLUSIVE"));
+    Restore(good);
+    EXPECT_EQ(Written("backup"), good); // the older file
+    EXPECT_EQ(d_dialog.Failures(), QStringList({"Backup failed: database is locked Unable to fetch row",
+                                                "Restore failed: Cannot keep a copy of the database.  "
+                                                "Reason: database is locked Unable to fetch row"}));
+    EXPECT_TRUE(other.Does("ROLLBACK"));
+    Rows("CREATE TRIGGER stop BEFORE INSERT ON data WHEN NEW.sph1_x>9 BEGIN SELECT RAISE(ABORT,'no'); END");
+    Restore(good);
+    EXPECT_EQ(Stored(), "A|1=2");
+    EXPECT_EQ(
+        d_dialog.Failures().value(1),
+        "Restore left out 1 of the sets: Cannot add data to table 'data'.  Reason: no Unable to fetch row");
+    Rows("ALTER TABLE data RENAME COLUMN name TO x");
+    EXPECT_EQ(Written("backup"), HEADER + "Entry_Date:A\n");
+    EXPECT_TRUE(
+        d_dialog.Failures().value(0).startsWith("Backup left out 1 of the sets: no such column: name"));
     // Of unreadable times the rest is written, but without any date the older file is better than none.
-    Rows("UPDATE time SET date_id=0 WHERE date_id=2");
-    EXPECT_EQ(Written("backup"), good + "Entry_Date:B\n");
     Rows("ALTER TABLE time RENAME TO x");
     EXPECT_EQ(Written("backup"), HEADER + "Entry_Date:A\n");
     EXPECT_TRUE(Progress()->isVisible() && Button("backup")->isEnabled());
+    EXPECT_TRUE(d_dialog.Failures().value(0).startsWith("Backup was cut short: no such table: time"));
     Rows("ALTER TABLE date RENAME TO y");
     EXPECT_EQ(Written("backup"), HEADER + "Entry_Date:A\n");
+}
+
+TEST_F(DatabaseDialog, OpensTheDatabaseAnew)
+{
+    TPresetDialog dialog;
+    QTimer::singleShot(0, &dialog, &QWidget::close);
+    EXPECT_EQ(dialog.exec(), QDialog::Rejected); // without a database
+    EXPECT_TRUE(dialog.Failures().isEmpty());
+    ASSERT_TRUE(Add("A", "1", 2));
+    TOtherProgram other(d_file);
+    EXPECT_TRUE(other.Does("INSERT INTO date(entry) VALUES('B')"));
+    d_dialog.hide();
+    QTimer::singleShot(0, &d_dialog, &QWidget::close);
+    d_dialog.exec();
+    EXPECT_EQ(Tree()->topLevelItemCount(), 2);
+    EXPECT_TRUE(d_dialog.Failures().isEmpty());
+    ASSERT_TRUE(QFile::remove(d_file) && QDir(d_folder.path()).mkdir("a[1].db"));
+    QTimer::singleShot(0, &d_dialog, &QWidget::close);
+    d_dialog.exec();
+    EXPECT_EQ(Tree()->topLevelItemCount(), 0);
+    EXPECT_TRUE(d_dialog.Failures().value(0).startsWith("Error connecting to database: Cannot open"));
 }
 
 TEST_F(DatabaseDialog, StaysSafeWhileItIsBusy)
@@ -492,8 +641,13 @@ TEST_F(DatabaseDialog, StaysSafeWhileItIsBusy)
         for (const char* name : {"backup", "restore", "load", "export", "close"})
             EXPECT_FALSE(Button(name)->isEnabled()) << name;
         const auto* cancel = Progress()->findChild<QPushButton*>();
+        QTest::keyClick(Progress(), Qt::Key_Escape);
+        EXPECT_FALSE(Progress()->close());
         EXPECT_TRUE(Progress()->isVisible() && cancel->text() == "Cancel" && !cancel->isEnabled());
-        EXPECT_FALSE(d_dialog.close());
+        // Nothing comes between, not even by a direct call.
+        EXPECT_FALSE(d_dialog.close() || Add("X", "1", 1) || d_dialog.Connect_To_Database(d_file));
+        EXPECT_EQ(d_dialog.exec(), QDialog::Rejected);
+        d_dialog.Restore();
         QCoreApplication::quit();
     });
     visitor.start(0);
@@ -502,4 +656,9 @@ TEST_F(DatabaseDialog, StaysSafeWhileItIsBusy)
     EXPECT_EQ(Written("backup"), backup);
     visitor.stop();
     EXPECT_TRUE(Button("backup")->isEnabled() && Button("close")->isEnabled() && Button("load")->isEnabled());
+    Restore("x");
+    Progress()->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(Progress()));
+    QTest::keyClick(Progress(), Qt::Key_Escape);
+    EXPECT_FALSE(Progress()->isVisible());
 }
