@@ -139,13 +139,16 @@ bool TDatabase::Lock_And_Copy()
                           Change(Statements::Delete_All(Statements::TABLES[0]), failure);
     Change_Or_Not(Statements::Roll_Back());
     const bool copied = writable && Keep_Copy(failure);
-    const QString error = Last_Error();
+    QString error = Last_Error();
     const bool begun = Change(Statements::Begin_Alone(), failure);
     Change_Or_Not(Statements::Keep_Lock(false));
     if (copied && begun)
         return true;
+    if (copied)
+        error = Last_Error();
     Change_Or_Not(Statements::Roll_Back());
-    return copied ? false : Fail(error);
+    Change_Or_Not(Statements::Select_Dates()); // gives a lock back that no transaction holds
+    return Fail(error);
 }
 
 bool TDatabase::Keep_Copy(const QString& failure)
