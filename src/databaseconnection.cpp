@@ -57,6 +57,7 @@ bool TDatabaseConnection::Connect(const QString& file)
         return Fail(error);
     }
     d_database_file_name = file;
+    d_change = std::make_unique<QSqlQuery>(*d_database);
     return true;
 }
 
@@ -89,7 +90,8 @@ bool TDatabaseConnection::Read(const QString& statement,
 {
     if (!Is_Connected())
         return Fail("Not connected");
-    QSqlQuery query = Query();
+    QSqlQuery query(*d_database);
+    query.setForwardOnly(true); // no row is visited twice, so none need be kept
     if (!Execute(&query, statement))
         return false;
     while (query.next())
@@ -113,19 +115,17 @@ int TDatabaseConnection::First_Id(const QString& statement, const QString& not_f
 
 bool TDatabaseConnection::Change(const QString& statement, const QString& failure, qint64* row)
 {
-    QSqlQuery query = Query();
-    if (!Execute(&query, statement))
-        return Fail(failure + ".  Reason: " + d_last_error);
-    if (row)
-        *row = query.numRowsAffected() > 0 ? query.lastInsertId().toLongLong() : -1;
-    return true;
+    const bool good = Execute(d_change.get(), statement);
+    if (good && row)
+        *row = d_change->numRowsAffected() > 0 ? d_change->lastInsertId().toLongLong() : -1;
+    d_change->finish();
+    return good || Fail(failure + ".  Reason: " + d_last_error);
 }
 
 void TDatabaseConnection::Change_Or_Not(const QString& statement)
 {
     const QString last_error = d_last_error;
-    QSqlQuery query = Query();
-    if (!Execute(&query, statement))
+    if (!Change(statement, QString()))
         d_last_error = last_error;
 }
 
@@ -139,16 +139,10 @@ bool TDatabaseConnection::Execute(QSqlQuery* query, const QString& statement) co
     return Fail(error.text());
 }
 
-QSqlQuery TDatabaseConnection::Query() const
-{
-    QSqlQuery query(*d_database);
-    query.setForwardOnly(true); // no row is visited twice, so none need be kept
-    return query;
-}
-
 void TDatabaseConnection::Remove_Connection()
 {
-    d_database.reset(); // Qt complains about a connection that still has a handle
+    d_change.reset(); // Qt complains about a connection that still has a user
+    d_database.reset();
     if (QSqlDatabase::contains(d_connection_name))
         QSqlDatabase::removeDatabase(d_connection_name);
 }

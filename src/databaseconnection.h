@@ -47,12 +47,12 @@ protected:
 
 private:
     bool Execute(QSqlQuery* query, const QString& statement) const;
-    QSqlQuery Query() const;
     void Remove_Connection();
 
     QString d_connection_name;
     QString d_database_file_name;
     std::unique_ptr<QSqlDatabase> d_database;
+    std::unique_ptr<QSqlQuery> d_change; ///< one for all changes: a set may have thousands
     mutable QString d_last_error;
     mutable int d_last_code{0}; ///< SQLite's number of what failed last
 };
