@@ -210,7 +210,6 @@ void TDatabaseDialog::Load()
     const std::vector<TKey> keys = Selected_Keys();
     if (keys.empty())
         return;
-    const TDatabase::TReading reading(&d_database);
     bool valid = false;
     const TDatabaseItem item = d_database.Database_Item(keys.front().first, keys.front().second, &valid);
     if (!valid)
