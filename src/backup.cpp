@@ -29,8 +29,9 @@ void Append_Position_Line(QString* lines, const Types::TBallbar_Item& position)
     *lines += '\n';
 }
 
-// A line without blanks at its ends; without its size it would end at its first NUL. What SQLite does not give
-// back as it was stored becomes what bytes that are no UTF-8 become, or the set would not be found again.
+// A line without blanks at its ends; without its size it would end at its first NUL. What SQLite does not
+// give back as it was stored becomes what bytes that are no UTF-8 become, or the set would not be found
+// again.
 QString Text_Of(const QByteArray& line)
 {
     QString text = QString::fromUtf8(line.constData(), line.size()).simplified();

@@ -17,8 +17,8 @@ bool Read(const QString& file_name, QByteArray* content, QString* error);
 /// Opens a file for writing. An older one of that name stays until Put_In_Place(), wherever its folder
 /// allows.
 bool Open(QSaveFile* file);
-/// Brings what was written to the disk and gives it its name. A full disk may show only now: then the older file
-/// stays. Returns why that failed; nothing where all is well.
+/// Brings what was written to the disk and gives it its name. A full disk may show only now: then the older
+/// file stays. Returns why that failed; nothing where all is well.
 QString Put_In_Place(QSaveFile* file);
 
 } // namespace Whole_File
