@@ -8,16 +8,21 @@
 #include <QLineEdit>
 #include <QToolButton>
 
+#include <cmath>
+
 namespace
 {
 
 constexpr double shortest_axis = 10.0; // mm
 constexpr int limit_decimals = 3;
 
+/// Reads one limit as Qt does, because a number pasted from a document may stand between no-break or thin
+/// blanks and have a true minus sign.
 double Read_Limit(const QLineEdit* field)
 {
     constexpr double largest = TMachineWidget::Largest_Limit;
-    return qBound(-largest, Decimal_Or(field->text(), 0.0), largest);
+    const double limit = field->text().toDouble();
+    return std::isfinite(limit) ? qBound(-largest, limit, largest) : 0.0;
 }
 
 /// Reads one axis, bounds in either order.
@@ -53,6 +58,7 @@ TMachineWidget::TMachineWidget(QWidget* parent, Qt::WindowFlags flags)
     for (const auto& row : rows) {
         row.field->setObjectName(QLatin1String(row.object_name));
         row.field->setAlignment(Qt::AlignRight);
+        Set_Smallest_Width(row.field, 9);
         Add_Row(grid, line++, row.label, row.field, tr("mm"));
         setTabOrder(previous, row.field);
         previous = row.field;

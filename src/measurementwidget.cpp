@@ -49,6 +49,7 @@ QLineEdit* TMeasurementWidget::Create_Field(const char* object_name)
     field->setReadOnly(true);
     field->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     field->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);
+    Set_Smallest_Width(field, 12);
     return field;
 }
 
@@ -122,6 +123,7 @@ void TMeasurementWidget::Show_Position(const Types::TBallbar_Item& position, dou
 void TMeasurementWidget::Set_Position_Name(const QString& name)
 {
     d_name_edit->setText(name);
+    d_name_edit->setCursorPosition(0); // of a name too long for the field the beginning is shown
 }
 
 void TMeasurementWidget::Set_Length(const double& length)

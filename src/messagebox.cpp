@@ -53,6 +53,9 @@ void TMessageBox::Send_Key(int key)
 void TMessageBox::showEvent(QShowEvent* event)
 {
     QMessageBox::showEvent(event);
+    const auto children = findChildren<QWidget*>(); // buttons come and go with the standard buttons
+    for (QWidget* child : children)
+        child->setPalette(Light_Palette()); // below a style sheet palettes are not inherited
     setFixedWidth(d_width);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "panelarea.h"
 
+#include <QEvent>
 #include <QLineEdit>
 #include <QScrollBar>
 
@@ -17,12 +18,20 @@ TPanelArea::TPanelArea(QWidget* panel)
         field->setAcceptDrops(false);
 }
 
+bool TPanelArea::event(QEvent* event)
+{
+    if (event->type() == QEvent::LayoutRequest)
+        updateGeometry(); // the panel needs more or less room, which the dock has to know
+    return QScrollArea::event(event);
+}
+
 QSize TPanelArea::sizeHint() const
 {
-    return widget()->sizeHint();
+    return {minimumSizeHint().width(), widget()->sizeHint().height()};
 }
 
 QSize TPanelArea::minimumSizeHint() const
 {
-    return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(), 0};
+    const int panel_width = widget()->minimumSizeHint().expandedTo(widget()->minimumSize()).width();
+    return {panel_width + verticalScrollBar()->sizeHint().width(), 0};
 }

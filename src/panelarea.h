@@ -13,4 +13,7 @@ public:
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+
+protected:
+    bool event(QEvent* event) override;
 };

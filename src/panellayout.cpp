@@ -3,6 +3,8 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
+#include <QScreen>
 
 QGridLayout* Create_Grid(QWidget* widget, int margin)
 {
@@ -22,6 +24,18 @@ void Add_Row(QGridLayout* grid, int row, const QString& label, QWidget* field, c
     grid->addWidget(field, row, 1);
     if (!unit.isEmpty())
         grid->addWidget(new QLabel(unit, parent), row, 2);
+}
+
+void Set_Smallest_Width(QLineEdit* field, int digits)
+{
+    const QString text(digits + 1, QLatin1Char('0')); // one for the frame
+    field->setMinimumWidth(field->fontMetrics().horizontalAdvance(text));
+}
+
+void Resize_With_Letters(QWidget* window, const QSize& size)
+{
+    const double growth = qMax(4, window->logicalDpiX() / 24) / 4.0; // in quarters
+    window->resize((size * growth).boundedTo(size.expandedTo(window->screen()->availableSize())));
 }
 
 void Add_Stretch(QGridLayout* grid, int row)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tolerancehelpdialog.h"
 
+#include "panellayout.h"
+
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QTextBrowser>
@@ -36,6 +38,8 @@ TToleranceHelpDialog::TToleranceHelpDialog(QWidget* parent, Qt::WindowFlags flag
     auto* text = new QTextBrowser(this);
     text->setObjectName(QStringLiteral("help_text"));
     text->setAccessibleName(tr("Tolerance Help"));
+    // A caret shows who has the focus.
+    text->setTextInteractionFlags(text->textInteractionFlags() | Qt::TextSelectableByKeyboard);
     text->setHtml(
         QStringLiteral("<html><body style=\"font-family:'Arial'; font-size:10pt;\">") +
         Heading(tr("Tolerance Expression Formats")) +
@@ -68,6 +72,6 @@ TToleranceHelpDialog::TToleranceHelpDialog(QWidget* parent, Qt::WindowFlags flag
     layout->addLayout(buttons);
 
     setWindowTitle(tr("Tolerance Help"));
-    resize(551, 551);
+    Resize_With_Letters(this, {551, 551});
     connect(close_button, &QPushButton::clicked, this, &TToleranceHelpDialog::close);
 }

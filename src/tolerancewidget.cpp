@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QRegularExpression>
 #include <QSignalBlocker>
 #include <QSlider>
@@ -37,11 +38,13 @@ QStringList Captures(const char* pattern, const QString& expression)
 /// it has to be readable on a dark desktop as well.
 void Mark_Invalid(QLineEdit* field, bool invalid)
 {
+    field->setStyleSheet(QString()); // brings back the palette from before it was set, so it goes first
     QPalette palette;
     if (invalid)
         palette.setColor(QPalette::Text, Qt::black);
     field->setPalette(palette);
-    field->setStyleSheet(invalid ? QStringLiteral("background-color: rgb(255, 151, 160);") : QString());
+    if (invalid)
+        field->setStyleSheet(QStringLiteral("background-color: rgb(255, 151, 160);"));
 }
 
 } // namespace
@@ -56,6 +59,7 @@ TToleranceWidget::TToleranceWidget(QWidget* parent, Qt::WindowFlags flags)
     d_expression_edit->setObjectName(QStringLiteral("expression"));
     d_expression_edit->setAlignment(Qt::AlignCenter);
     d_expression_edit->setText(QStringLiteral("0.012 + 0.006L/1000"));
+    d_expression_edit->setContextMenuPolicy(Qt::CustomContextMenu);
     d_sub_tolerance_slider->setObjectName(QStringLiteral("sub_tolerance"));
     d_sub_tolerance_slider->setRange(0, 20);
     Create_Layout();
@@ -63,6 +67,8 @@ TToleranceWidget::TToleranceWidget(QWidget* parent, Qt::WindowFlags flags)
     d_results_group->setEnabled(false);
 
     connect(d_expression_edit, &QLineEdit::textChanged, this, &TToleranceWidget::Update_Tolerance);
+    connect(d_expression_edit, &QWidget::customContextMenuRequested, this,
+            &TToleranceWidget::Show_Expression_Menu);
     connect(d_apply_button, &QToolButton::clicked, this, &TToleranceWidget::Apply_Tolerance);
     connect(d_help_button, &QToolButton::clicked, this, &TToleranceWidget::Show_Tolerance_Help);
     connect(d_sub_tolerance_slider, &QSlider::valueChanged, this, &TToleranceWidget::Change_Sub_Tolerance);
@@ -98,6 +104,7 @@ QLineEdit* TToleranceWidget::Create_Result_Field(const char* object_name)
     field->setObjectName(QLatin1String(object_name));
     field->setReadOnly(true);
     field->setAlignment(Qt::AlignCenter);
+    Set_Smallest_Width(field, 8);
     return field;
 }
 
@@ -259,6 +266,14 @@ void TToleranceWidget::Apply_Tolerance()
 void TToleranceWidget::Show_Tolerance_Help()
 {
     d_help_dialog->exec();
+}
+
+void TToleranceWidget::Show_Expression_Menu(const QPoint& position)
+{
+    QMenu* menu = d_expression_edit->createStandardContextMenu();
+    menu->setParent(this, menu->windowFlags()); // as a child of the field it would be pink too
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(d_expression_edit->mapToGlobal(position));
 }
 
 void TToleranceWidget::Change_Sub_Tolerance()

@@ -52,6 +52,7 @@ private slots:
     void Apply_Tolerance();
     void Show_Tolerance_Help();
     void Change_Sub_Tolerance();
+    void Show_Expression_Menu(const QPoint& position);
 
 private:
     QWidget* d_results_group;

@@ -32,10 +32,14 @@ QString Fields(const QWidget& panel, const char* first, int count)
 TEST(MachineWidget, ReadsAndSortsLimits)
 {
     const std::tuple<const char*, const char*, double, double> rows[] = {
-        {"0.000", "1200.000", 0, 1200}, {"500", "100", 100, 500},
-        {"10", "15", 10, 20},           {"", "", 0, 10},
-        {"nan", "inf", 0, 10},          {"-1e3", " +5 ", -1000, 5},
-        {"1,5", "20", 0, 20},           {"1e20", "1e20", 1e6, 1e6 + 10},
+        {"\u2212800", "\u00a01200\u2009", -800, 1200},
+        {"500", "100", 100, 500},
+        {"10", "15", 10, 20},
+        {"", "", 0, 10},
+        {"nan", "inf", 0, 10},
+        {"-1e3", " +5 ", -1000, 5},
+        {"1,5", "20", 0, 20},
+        {"1e20", "1e20", 1e6, 1e6 + 10},
     };
     TMachineWidget panel;
     EXPECT_THAT(Limits(panel), ElementsAre(0, 1200, 0, 2200, -1000, 0));
@@ -73,6 +77,7 @@ TEST(MeasurementWidget, ShowsOnePosition)
               "Sphere 1 X:1.0000 Sphere 1 Y:2.0000 Sphere 1 Z:3.0000 Sphere 1 Form:0.0004 "
               "Sphere 2 X:-1200.0000 Sphere 2 Y:5.0000 Sphere 2 Z:6.0000 Sphere 2 Form:0.0007 "
               "Probe Offset X:7.0000 Probe Offset Y:8.0000 Probe Offset Z:9.0000");
+    EXPECT_EQ(Child<QLineEdit>(panel, "name").cursorPosition(), 0); // of a long name the beginning is seen
     panel.show();
     for (const QLabel* label : panel.findChildren<QLabel*>()) { // each field stands beside its own label
         const QWidget* field = label->buddy() != nullptr ? label->buddy() : label;
@@ -93,7 +98,11 @@ TEST(MessageBox, WidthStyleAndKeys)
     EXPECT_EQ(static_cast<QMessageBox&>(box).text(), span.arg("600", "Done"));
     EXPECT_EQ(box.informativeText(), span.arg("400", "100% of <i>it</i>"));
     box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+    QApplication::setPalette(QColor(53, 53, 53)); // a dark desktop
     box.show();
+    QApplication::setPalette(QApplication::style()->standardPalette());
+    const QImage button = box.button(QMessageBox::Cancel)->grab().toImage();
+    EXPECT_TRUE(Contrast(button) > 4.5 && qGray(button.pixel(15, 15)) > 200) << "light like the box";
     EXPECT_EQ(box.width(), 500);
     box.resize(700, 300);
     EXPECT_EQ(box.width(), 500);

@@ -21,6 +21,16 @@ struct ToleranceWidget : testing::Test
                Child<QLineEdit>(d_panel, "sub_tolerance_range").text();
     }
 
+    /// The expression and its context menu, on the screen.
+    void Expect_Readable()
+    {
+        EXPECT_GT(Contrast(d_expression.grab(d_expression.rect().adjusted(4, 4, -4, -4)).toImage()), 4.5);
+        QContextMenuEvent request(QContextMenuEvent::Keyboard, QPoint());
+        QApplication::sendEvent(&d_expression, &request);
+        EXPECT_GT(Contrast(QApplication::activePopupWidget()->grab().toImage()), 4.5);
+        QApplication::activePopupWidget()->close();
+    }
+
     void Set_Coefficients(double a, double b, double c, double d)
     {
         d_panel.d_tolerance_a = a, d_panel.d_tolerance_b = b;
@@ -97,6 +107,8 @@ TEST_F(ToleranceWidget, ExpressionFromCoefficients)
 TEST_F(ToleranceWidget, EditingAndApplying)
 {
     EXPECT_EQ(d_expression.text(), "0.012 + 0.006L/1000");
+    QApplication::setPalette(QColor(53, 53, 53)); // a dark desktop
+    d_panel.show();
     Set_Coefficients(0.012, 0.006, 1000, 0);
     QSignalSpy tolerance_changed(&d_panel, &TToleranceWidget::Tolerance_Changed);
     QSignalSpy sub_tolerance_changed(&d_panel, &TToleranceWidget::Sub_Tolerance_Changed);
@@ -107,12 +119,14 @@ TEST_F(ToleranceWidget, EditingAndApplying)
     d_expression.selectAll();
     QTest::keyClicks(&d_expression, "0.02x");
     EXPECT_EQ(d_expression.styleSheet(), PINK);
-    EXPECT_EQ(d_expression.palette().color(QPalette::Text), QColor(Qt::black)); // whatever the desktop
+    Expect_Readable();
     EXPECT_FALSE(d_apply.isEnabled());
     EXPECT_EQ(d_panel.Tolerance_Value(1000), 0.0);
 
     QTest::keyClick(&d_expression, Qt::Key_Backspace);
     EXPECT_EQ(d_expression.styleSheet(), "");
+    Expect_Readable();
+    QApplication::setPalette(QApplication::style()->standardPalette());
     EXPECT_TRUE(d_apply.isEnabled());
     EXPECT_EQ(d_panel.Tolerance_Value(1000), 0.02); // follows the text before it is applied
     d_slider.setValue(8);
@@ -140,7 +154,16 @@ TEST_F(ToleranceWidget, ResultsAndHelp)
     EXPECT_EQ(Results(), "  ");
     auto& help = Child<QTextBrowser>(d_panel, "help_text");
     bool shown = false;
-    QTimer::singleShot(0, &help, [&] { shown = help.isVisible(), help.window()->close(); });
+    QTimer::singleShot(0, &help, [&] {
+        shown = help.isVisible();
+        QApplication::setActiveWindow(help.window());
+        help.setFocus();
+        EXPECT_EQ(help.verticalScrollBar()->maximum(), 0) << "the last example is seen at once";
+        const QImage focused = help.grab().toImage();
+        help.clearFocus();
+        EXPECT_NE(help.grab().toImage(), focused) << "who has the focus is seen";
+        help.window()->close();
+    });
     Child<QToolButton>(d_panel, "help").click();
     EXPECT_TRUE(shown);
     const QString text = help.toPlainText();
