@@ -7,7 +7,9 @@
 #include "reportwidget.h"
 
 #include <QGridLayout>
+#include <QIcon>
 #include <QLabel>
+#include <QTabBar>
 #include <QTabWidget>
 
 namespace
@@ -40,8 +42,9 @@ QLabel* Create_Notice()
 QLabel* Create_Logo()
 {
     auto* logo = new QLabel;
+    logo->setObjectName(QStringLiteral("logo"));
     logo->setFixedSize(100, 40);
-    logo->setPixmap(QPixmap(QStringLiteral(":/images/logo.png")));
+    logo->setPixmap(QIcon(QStringLiteral(":/images/logo.png")).pixmap(logo->size())); // or logo@2x.png
     return logo;
 }
 
@@ -52,13 +55,17 @@ TAnalysisPane::TAnalysisPane(QWidget* parent)
 {
     Set_Up_Histogram(d_graph);
     d_report->setObjectName(QStringLiteral("report"));
+    d_graph->d_empty_text = tr("Import a measurement file, or drop one on the window");
+    d_report->setPlaceholderText(d_graph->d_empty_text);
     d_tabs->setObjectName(QStringLiteral("analysis_tabs"));
+    d_tabs->setAccessibleName(tr("Histogram and analysis"));
+    d_tabs->tabBar()->setAccessibleName(d_tabs->accessibleName());
     d_tabs->setTabPosition(QTabWidget::West);
     d_tabs->setUsesScrollButtons(false); // with large letters the second tab would hide behind them
     d_tabs->addTab(d_graph, tr("Histogram"));
     d_tabs->addTab(d_report, tr("Analysis"));
 
-    QGridLayout* layout = Create_Grid(this);
+    QGridLayout* layout = Create_Grid(this, 0);
     layout->addWidget(d_tabs, 0, 0, 1, 2);
     layout->addWidget(Create_Notice(), 1, 0, Qt::AlignLeft | Qt::AlignBottom);
     layout->addWidget(Create_Logo(), 1, 1);
@@ -80,9 +87,10 @@ void TAnalysisPane::Show_Report(const TReport& report)
 
 void TAnalysisPane::Append(const QString& text)
 {
+    d_tabs->setCurrentWidget(d_report);
     d_report->appendPlainText(text);
     d_report->moveCursor(QTextCursor::End);
-    d_tabs->setCurrentWidget(d_report);
+    d_report->moveCursor(QTextCursor::StartOfBlock); // reading begins there, and the view follows the cursor
 }
 
 void TAnalysisPane::Clear()

@@ -1,24 +1,44 @@
 // SPDX-License-Identifier: MIT
 #include "reportwidget.h"
 
+#include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QFontMetricsF>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QTextBlock>
 
 namespace
 {
 
-/// "Courier New", or the system's fixed-pitch font where it is missing: in any other font the columns of the
-/// report do not line up.
+/// Whether the columns of a text line up. (Some fonts that are fixed-pitch do not say so.)
+bool Is_Fixed_Pitch(const QFont& font)
+{
+    const QFontMetricsF letters(font);
+    return qFuzzyCompare(letters.horizontalAdvance(QLatin1Char('i')),
+                         letters.horizontalAdvance(QLatin1Char('W')));
+}
+
+/// "Courier New", or where neither it nor what the system takes for it is fixed-pitch, one that is.
 QFont Report_Font()
 {
     QFont font(QStringLiteral("Courier New"));
     font.setStyleHint(QFont::TypeWriter);
     font.setFixedPitch(true);
-    if (QFontInfo(font).fixedPitch())
-        return font;
-    return QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    QStringList families = QFontDatabase().families(QFontDatabase::Latin);
+    families.prepend(QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
+    for (int i = 0; i < families.size() && !Is_Fixed_Pitch(font); ++i)
+        font.setFamilies({font.family(), families[i]});
+    return font;
+}
+
+constexpr double SMALLEST_LETTERS = 7.0; // points
+
+/// The width of the report in pixels: its rules have 71 letters.
+double Width(const QFont& font)
+{
+    return QFontMetricsF(font).horizontalAdvance(QString(71, QLatin1Char('-')));
 }
 
 } // namespace
@@ -30,7 +50,26 @@ TReportWidget::TReportWidget(QWidget* parent) : QPlainTextEdit(parent)
     setLineWrapMode(QPlainTextEdit::NoWrap);
     setUndoRedoEnabled(false);
     setFont(Report_Font());
+    document()->setDocumentMargin(2);
+    Update_Colors();
     setAccessibleName(tr("Analysis"));
+}
+
+void TReportWidget::changeEvent(QEvent* event)
+{
+    QPlainTextEdit::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        Update_Colors();
+}
+
+// The hint shown in place of a report is for reading, not for passing over: it is not paler than the report.
+void TReportWidget::Update_Colors()
+{
+    QPalette colors = palette();
+    if (colors.color(QPalette::PlaceholderText) == colors.color(QPalette::Text))
+        return;
+    colors.setColor(QPalette::PlaceholderText, colors.color(QPalette::Text));
+    setPalette(colors);
 }
 
 void TReportWidget::keyPressEvent(QKeyEvent* event)
@@ -39,6 +78,32 @@ void TReportWidget::keyPressEvent(QKeyEvent* event)
         emit Line_Clicked(textCursor().blockNumber());
     else
         QPlainTextEdit::keyPressEvent(event);
+}
+
+void TReportWidget::resizeEvent(QResizeEvent* event)
+{
+    QPlainTextEdit::resizeEvent(event);
+    Fit_Letters();
+}
+
+// Letters of the usual size, or as much smaller as the columns of the report need, to have none of them
+// behind a scroll bar. Where even the smallest ones do not help, they stay as they are.
+void TReportWidget::Fit_Letters()
+{
+    const double room = width() - 2.0 * frameWidth() - verticalScrollBar()->sizeHint().width() -
+                        2.0 * document()->documentMargin();
+    const double usual_size = QFontInfo(QApplication::font()).pointSizeF();
+    QFont letters = font();
+    double size = usual_size;
+    do {
+        letters.setPointSizeF(size);
+        size -= 0.25;
+    } while (Width(letters) > room && size >= SMALLEST_LETTERS);
+    if (Width(letters) > room)
+        letters.setPointSizeF(usual_size);
+    setFont(letters);
+    if (document()->isEmpty())
+        clear(); // after a change of the layout Qt shows the placeholder only if the text is set again
 }
 
 void TReportWidget::mouseReleaseEvent(QMouseEvent* event)

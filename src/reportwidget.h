@@ -18,6 +18,12 @@ signals:
     void Line_Clicked(int line);
 
 protected:
+    void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void Fit_Letters();
+    void Update_Colors();
 };
