@@ -12,6 +12,7 @@ namespace
 int Run(int argc, char* argv[])
 {
     QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kelvora"));
     QApplication::setDesktopFileName(QStringLiteral("kelvora"));

@@ -2,11 +2,11 @@
 #include "opengldisplaywidget.h"
 
 #include "ballbarmeshes.h"
+#include "icons.h"
 #include "opengldisplay.h"
 
 #include <QEvent>
 #include <QGridLayout>
-#include <QIcon>
 #include <QLabel>
 #include <QPainter>
 #include <QSignalBlocker>
@@ -196,7 +196,7 @@ QToolButton* TOpenGLDisplayWidget::Add_Button(QGridLayout* layout, int row, cons
     button->setObjectName(image);
     button->setMaximumSize(24, 24);
     button->setText(tr("..."));
-    button->setIcon(QIcon(QStringLiteral(":/toolbar/%1.png").arg(image)));
+    button->setIcon(Load_Icon(QStringLiteral(":/toolbar/%1.png").arg(image)));
     button->setToolTip(tool_tip);
     button->setAccessibleName(tool_tip);
     button->setStyleSheet(TIP_STYLE);

@@ -8,6 +8,7 @@ int main(int argc, char* argv[])
     const QTemporaryDir home;
     qputenv("HOME", home.path().toLocal8Bit());
     QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
     testing::InitGoogleMock(&argc, argv);
     testing::GTEST_FLAG(death_test_style) = "threadsafe";

@@ -190,6 +190,7 @@ int main(int argc, char* argv[])
     qputenv("HOME", home.path().toLocal8Bit());
     Q_INIT_RESOURCE(kelvora);
     QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("fusion"));
 
