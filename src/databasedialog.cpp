@@ -3,6 +3,7 @@
 
 #include "backup.h"
 #include "numbers.h"
+#include "panellayout.h"
 #include "wholefile.h"
 #include "workprogress.h"
 
@@ -48,13 +49,25 @@ QTreeWidget* Create_Tree(const QStringList& titles)
     return tree;
 }
 
+// A time below its date. Its first column is empty, and that is the one read out for the row.
+void Create_Time(QTreeWidgetItem* date, const QString& time)
+{
+    auto* item = new QTreeWidgetItem(date, {QString(), time});
+    item->setData(0, Qt::AccessibleTextRole, time);
+}
+
 QTableWidget* Create_Summary_Table(const QStringList& titles)
 {
     auto* table = new QTableWidget(0, titles.size());
     table->setObjectName("summary");
     table->setHorizontalHeaderLabels(titles);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    table->setTabKeyNavigation(false); // the arrow keys do that; Tab goes on to the buttons
+    table->setWordWrap(false);
+    QHeaderView* header = table->horizontalHeader();
+    header->setSectionResizeMode(QHeaderView::Stretch);
+    for (int column = 0; column < titles.size(); ++column)
+        header->setMinimumSectionSize(qMax(header->minimumSectionSize(), header->sectionSizeHint(column)));
     return table;
 }
 
@@ -115,7 +128,7 @@ TDatabaseDialog::TDatabaseDialog(QWidget* parent, Qt::WindowFlags flags)
     connect(d_tree, &QTreeWidget::itemSelectionChanged, this, &TDatabaseDialog::Selection_Changed);
 
     setWindowTitle(tr("Database"));
-    resize(1201, 601);
+    Resize_With_Letters(this, {1201, 601});
     Update_Buttons();
 }
 
@@ -178,7 +191,7 @@ void TDatabaseDialog::Update_Tree()
         date_items.append(new QTreeWidgetItem(QStringList(date)));
         const QStringList times = d_database.Time_List(date, &valid);
         for (const QString& time : times)
-            new QTreeWidgetItem(date_items.back(), {QString(), time});
+            Create_Time(date_items.back(), time);
     }
     d_tree->addTopLevelItems(date_items);
     d_tree->resizeColumnToContents(0);

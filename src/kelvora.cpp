@@ -13,6 +13,7 @@
 #include "report.h"
 #include "tolerancewidget.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QCloseEvent>
 #include <QDockWidget>
@@ -25,7 +26,27 @@
 #include <QScreen>
 #include <QSettings>
 #include <QSplitter>
+#include <QStyle>
 #include <QToolBar>
+#include <QToolButton>
+
+namespace
+{
+
+/// Makes a panel wide enough for the title of its dock, and gives the keyboard the title's buttons.
+void Fit_To_Title(QWidget* panel, const QDockWidget* dock)
+{
+    const int margin = dock->style()->pixelMetric(QStyle::PM_DockWidgetTitleMargin, nullptr, dock);
+    int width = dock->fontMetrics().horizontalAdvance(dock->windowTitle()) + 6 * margin;
+    const auto buttons = dock->findChildren<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QAbstractButton* button : buttons) {
+        button->setFocusPolicy(Qt::TabFocus);
+        width += button->sizeHint().width();
+    }
+    panel->setMinimumWidth(width);
+}
+
+} // namespace
 
 TKelvora::TKelvora(QWidget const* parent, QFlags<Qt::WindowType> flags)
     : QMainWindow(const_cast<QWidget*>(parent), flags)
@@ -79,6 +100,10 @@ void TKelvora::Create_Tool_Bar()
     tool_bar->addAction(d_add_to_database_action);
     tool_bar->addSeparator();
     tool_bar->addAction(d_about_action);
+    const auto actions = tool_bar->actions();
+    for (QAction* action : actions)
+        if (auto* button = qobject_cast<QToolButton*>(tool_bar->widgetForAction(action)))
+            button->setFocusPolicy(Qt::TabFocus);
 }
 
 void TKelvora::Create_Central_Widget()
@@ -102,8 +127,6 @@ void TKelvora::Create_Docks()
     Add_Dock(d_measurement_widget, tr("Measurement"), "measurement_dock", Qt::LeftDockWidgetArea);
     Add_Dock(d_machine_widget, tr("Machine Dimensions"), "machine_dock", Qt::RightDockWidgetArea);
     Add_Dock(d_tolerance_widget, tr("Tolerance"), "tolerance_dock", Qt::LeftDockWidgetArea);
-    // Just wide enough to read: the room belongs to the 3-D view and the histogram.
-    resizeDocks(findChildren<QDockWidget*>(), {260, 200, 260}, Qt::Horizontal);
 }
 
 void TKelvora::Add_Dock(QWidget* panel, const QString& title, const char* object_name,
@@ -114,6 +137,7 @@ void TKelvora::Add_Dock(QWidget* panel, const QString& title, const char* object
     dock->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
     dock->setWidget(new TPanelArea(panel));
     addDockWidget(area, dock);
+    Fit_To_Title(panel, dock);
 }
 
 void TKelvora::Create_Menus()
@@ -214,8 +238,11 @@ void TKelvora::dragEnterEvent(QDragEnterEvent* event)
 void TKelvora::dropEvent(QDropEvent* event)
 {
     const QList<QUrl> urls = event->mimeData()->urls();
-    if (urls.size() == 1)
-        Import_Ballbar_Data(urls.first().toLocalFile());
+    if (urls.size() != 1)
+        return;
+    event->setDropAction(Qt::CopyAction); // the file stays where it is, whatever was proposed
+    event->accept();
+    Import_Ballbar_Data(urls.first().toLocalFile());
 }
 
 QString TKelvora::Choose_Measurement_File(const QString& directory)

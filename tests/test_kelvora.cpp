@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "databasedialog.h"
 #include "graphwidget.h"
-#include "icons.h"
 #include "kelvora.h"
 #include "testing.h"
 
@@ -71,17 +70,22 @@ protected:
         Action("Import Ballbar Measurements").trigger();
     }
 
-    static void Drop(QWidget* target, const QStringList& paths)
+    /// Drops files that were offered to be moved; returns what became of them.
+    static Qt::DropAction Drop(QWidget* target, const QStringList& paths)
     {
         QMimeData data;
         QList<QUrl> urls;
         for (const QString& path : paths)
             urls << QUrl::fromLocalFile(path);
         data.setUrls(urls);
-        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        const auto actions = Qt::CopyAction | Qt::MoveAction;
+        QDragEnterEvent enter(QPoint(5, 5), actions, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(target, &enter); // a drop goes to whom accepted the drag
-        QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QDropEvent drop(QPointF(5, 5), actions, &data, Qt::LeftButton, Qt::NoModifier);
+        drop.setDropAction(Qt::MoveAction);
+        drop.ignore();
         QApplication::sendEvent(target, &drop);
+        return drop.isAccepted() ? drop.dropAction() : Qt::IgnoreAction;
     }
 
     void Click_Report(const char* text) const
@@ -102,14 +106,6 @@ protected:
     QString Settings_File() const { return d_home.filePath(".kelvora/kelvora_settings.ini"); }
 };
 
-QString Texts(const QList<QAction*>& actions)
-{
-    QStringList list;
-    for (const QAction* action : actions)
-        list << (action->isSeparator() ? "-" : action->text());
-    return list.join(',');
-}
-
 } // namespace
 
 TEST_F(Kelvora, FirstStart)
@@ -118,34 +114,72 @@ TEST_F(Kelvora, FirstStart)
     EXPECT_FALSE(QFile::exists(Settings_File())); // settings are written on close only
     EXPECT_EQ(Field("expression"), "0.0120+0.0060L/1000");
     EXPECT_FALSE(Action("New").isEnabled() || Action("Save to Database").isEnabled());
-    EXPECT_EQ(Text(), "");
+    EXPECT_EQ(Report().font().family(), "Courier New");
     const QFontMetrics letters(Report().font());
     EXPECT_EQ(letters.horizontalAdvance("iiii"), letters.horizontalAdvance("WWWW"))
         << "for the columns to line up";
-    EXPECT_EQ(Histogram().d_default_graph_type, TGraphWidget::GRAPH_BAR);
-    EXPECT_EQ(Histogram().d_vertical_scale_type, 2);
-    EXPECT_TRUE(Histogram().d_direct_render);
+    const double ratio = qApp->devicePixelRatio(); // this test also runs on a screen of twice the resolution
+    EXPECT_EQ(Child<QLabel>(*d_window, "logo").pixmap(Qt::ReturnByValue).size(), QSize(100, 40) * ratio);
+    EXPECT_EQ(Action("New").icon().pixmap(24).width(), 24 * ratio);
+}
 
-    QStringList menus;
-    for (const QAction* menu : d_window->menuBar()->actions())
-        menus << menu->text() + ": " + Texts(menu->menu()->actions());
-    EXPECT_EQ(menus.join('\n'),
-              "File: New,Open Database...,Save to Database,-,Import Ballbar Measurements,-,Quit\n"
-              "View: Measurement,Machine Dimensions,Tolerance\nHelp: About");
-    const auto tools = Child<QToolBar>(*d_window, "tool_bar").actions();
-    EXPECT_EQ(Texts(tools), "New,Import Ballbar Measurements,-,Open Database...,Save to Database,-,About");
-    for (const QAction* tool : tools)
-        EXPECT_TRUE(tool->isSeparator() || tool->icon().availableSizes().size() == 5)
-            << qPrintable(tool->text());
-    QString about;
-    QTimer::singleShot(0, d_window.get(), [&about] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        about = box->informativeText(), box->close();
-    });
-    Action("About").trigger();
-    EXPECT_TRUE(about.contains("Kelvora - Version 5.0"));
-    EXPECT_EQ(Load_Icon(":/images/kelvora.png").availableSizes().size(), 7);
-    EXPECT_EQ(QImage(":/images/logo.png").size(), QSize(100, 40));
+TEST_F(Kelvora, NothingIsCutOff)
+{
+    const QFont font = QApplication::font();
+    QApplication::setFont(QFont(font.family(), 9)); // as most desktops have it
+    Start(d_home.path());
+    d_window->resize(1001, 801);
+    Child<QTabWidget>(*d_window, "analysis_tabs").setCurrentIndex(1);
+    for (int i = 0; i < 2; ++i) { // at first and after New
+        QCoreApplication::processEvents();
+        EXPECT_EQ(Histogram().d_empty_text, Report().placeholderText());
+        EXPECT_GT(Contrast(Report().viewport()->grab().toImage()), 4.5) << "says what to do";
+        Import(d_three);
+        EXPECT_TRUE(Report().horizontalScrollBar()->maximum() == 0 || d_window->logicalDpiX() > 100);
+        Action("New").trigger();
+    }
+    const auto& dock = Child<QDockWidget>(*d_window, "machine_dock");
+    QStyleOptionDockWidget option;
+    option.initFrom(&dock);
+    option.closable = option.floatable = true;
+    EXPECT_GE(dock.style()->subElementRect(QStyle::SE_DockWidgetTitleBarText, &option, &dock).width(),
+              dock.fontMetrics().horizontalAdvance(dock.windowTitle()));
+    QApplication::setFont(font);
+}
+
+TEST_F(Kelvora, KeyboardReachesEverything)
+{
+    Import(d_three);
+    Action("Save to Database").trigger();
+    d_window->Ballbar_Item_Clicked(0);
+    QTreeWidgetItem* time = Child<QTreeWidget>(*d_window, "entries").topLevelItem(0)->child(0);
+    time->setSelected(true);
+    EXPECT_EQ(time->data(0, Qt::AccessibleTextRole), time->text(1));
+
+    QWidgetList windows{d_window.get()};
+    for (QDialog* dialog : d_window->findChildren<QDialog*>())
+        windows << dialog;
+    QSet<const QWidget*> reached;
+    for (QWidget* window : windows) {
+        window->show();
+        QApplication::setActiveWindow(window);
+        for (int i = 0; i < 100; ++i) {
+            QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : window, Qt::Key_Tab);
+            reached << QApplication::focusWidget();
+        }
+    }
+    for (QWidget* widget : QApplication::allWidgets()) {
+        const bool button =
+            widget->inherits("QAbstractButton") && !widget->parent()->inherits("QTableWidget");
+        if (!widget->isVisible() || !widget->isEnabled() || !(button || widget->focusPolicy() & Qt::TabFocus))
+            continue;
+        SCOPED_TRACE(widget->metaObject()->className() + (" " + widget->objectName()).toStdString());
+        EXPECT_TRUE(reached.contains(widget) || reached.contains(widget->focusProxy()));
+        EXPECT_NE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name), "");
+    }
+    const QHeaderView& header = *Child<QTableWidget>(*d_window, "summary").horizontalHeader();
+    for (int column = 0; column < header.count(); ++column)
+        EXPECT_GE(header.sectionSize(column), header.sectionSizeHint(column)) << "shows its whole title";
 }
 
 TEST_F(Kelvora, ImportsAndClears)
@@ -183,6 +217,8 @@ TEST_F(Kelvora, ImportsAndClears)
     EXPECT_EQ(QString::fromStdString(Text()),
               "ERR:  Input file '" + bad + "' is not recognized as a ball bar measurement file.");
     EXPECT_EQ(Child<QTabWidget>(*d_window, "analysis_tabs").currentIndex(), 1);
+    EXPECT_TRUE(Report().horizontalScrollBar()->maximum() > 0 &&
+                Report().horizontalScrollBar()->value() == 0);
     EXPECT_TRUE(Action("New").isEnabled() && Field("measured_range").isEmpty());
     Slider().setValue(3); // the set is empty now
     Action("Save to Database").trigger();
@@ -195,21 +231,13 @@ TEST_F(Kelvora, DropsAnywhere)
 {
     for (QWidget* target : {static_cast<QWidget*>(d_window.get()), Report().viewport(),
                             static_cast<QWidget*>(&Child<QLineEdit>(*d_window, "expression"))}) {
-        Drop(target, {d_one, d_three});
-        Drop(target, {});
+        EXPECT_EQ(Drop(target, {d_one, d_three}) | Drop(target, {}), Qt::IgnoreAction);
         EXPECT_EQ(Text(), "");
-        Drop(target, {d_one});
+        EXPECT_EQ(Drop(target, {d_one}), Qt::CopyAction); // a move would have the file deleted
         EXPECT_THAT(Text(), HasSubstr("500.5000"));
         Action("New").trigger();
     }
     EXPECT_EQ(Field("expression"), "0.0120+0.0060L/1000");
-
-    QMimeData words;
-    words.setText("just words");
-    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &words, Qt::LeftButton, Qt::NoModifier);
-    enter.ignore();
-    QApplication::sendEvent(d_window.get(), &enter);
-    EXPECT_FALSE(enter.isAccepted());
 }
 
 TEST_F(Kelvora, ClickOnAReportLineSelectsThePosition)
