@@ -91,6 +91,7 @@ TEST(MeasurementWidget, ShowsOnePosition)
 
 TEST(MessageBox, WidthStyleAndKeys)
 {
+    QApplication::setPalette(QColor(53, 53, 53)); // a dark desktop
     TMessageBox box;
     box.setText("Done");
     box.setInformativeText("100% of <i>it</i>");
@@ -98,10 +99,9 @@ TEST(MessageBox, WidthStyleAndKeys)
     EXPECT_EQ(static_cast<QMessageBox&>(box).text(), span.arg("600", "Done"));
     EXPECT_EQ(box.informativeText(), span.arg("400", "100% of <i>it</i>"));
     box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-    QApplication::setPalette(QColor(53, 53, 53)); // a dark desktop
     box.show();
-    QApplication::setPalette(QApplication::style()->standardPalette());
     const QImage button = box.button(QMessageBox::Cancel)->grab().toImage();
+    QApplication::setPalette(QApplication::style()->standardPalette());
     EXPECT_TRUE(Contrast(button) > 4.5 && qGray(button.pixel(15, 15)) > 200) << "light like the box";
     EXPECT_EQ(box.width(), 500);
     box.resize(700, 300);
