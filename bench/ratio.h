@@ -30,8 +30,11 @@ struct TComparison
     }
 };
 
-inline void Print_Heading(const char* ours, const char* reference)
+/// The heading of a table: the names, with units, of both figures, and in words what ours is held against.
+inline void Print_Heading(const char* ours, const char* reference, const char* against = "")
 {
+    if (*against != '\0')
+        std::printf("Held against %s.\n", against);
     std::printf("%-44s %14s %14s %8s  %s\n", "", ours, reference, "ratio", "goal");
 }
 
@@ -40,4 +43,5 @@ inline void Print_Ratio(const char* name, double ours, double reference, double 
 {
     std::printf("%-44s %14.3f %14.3f %8.2f  %.2f%s\n", name, ours, reference, ours / reference, goal,
                 ours / reference <= goal ? "" : "  MISSED");
+    std::fflush(stdout);
 }
