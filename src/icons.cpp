@@ -5,13 +5,12 @@
 
 QIcon Load_Icon(const QString& path)
 {
-    QIcon icon;
-    const auto Add_If_There = [&icon](const QString& file) {
+    QIcon icon(path);
+    for (const int size : {16, 24, 32, 48, 64, 128}) {
+        const QString file =
+            QString(path).replace(QLatin1String(".png"), QStringLiteral("_%1.png").arg(size));
         if (QFile::exists(file))
-            icon.addFile(file);
-    };
-    Add_If_There(path);
-    for (const int size : {16, 24, 32, 48, 64, 128})
-        Add_If_There(QString(path).replace(QLatin1String(".png"), QStringLiteral("_%1.png").arg(size)));
+            icon.addFile(file, {size, size}); // of known size: read when it is first drawn
+    }
     return icon;
 }

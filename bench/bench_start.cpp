@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+// From the start of a process to its first frame on the screen: the program against a main window that holds
+// an empty OpenGL widget and nothing else. The bench starts itself for each of them.
+#include "database.h"
+#include "icons.h"
+#include "kelvora.h"
+#include "openglwidget.h"
+#include "ratio.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMainWindow>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <cstdlib>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr int ROUNDS = 20;
+constexpr int SETS = 1000;
+constexpr int SET_SIZE = 50;
+
+/// Shows `window` and ends the process with its first frame.
+int Show_First_Frame(QWidget* window)
+{
+    auto* view = window->findChild<QOpenGLWidget*>();
+    if (view == nullptr)
+        return 1;
+    QObject::connect(view, &QOpenGLWidget::frameSwapped, [] { _exit(0); });
+    window->show();
+    QApplication::exec();
+    return 1;
+}
+
+/// As main() does it.
+int Start_Kelvora(int argc, char* argv[])
+{
+    QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStringLiteral("fusion"));
+    QApplication::setWindowIcon(Load_Icon(QStringLiteral(":/images/kelvora.png")));
+    TKelvora window;
+    return Show_First_Frame(&window);
+}
+
+int Start_Bare_Window(int argc, char* argv[])
+{
+    QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStringLiteral("fusion"));
+    QMainWindow window;
+    window.setCentralWidget(new QOpenGLWidget(&window));
+    window.resize(1001, 801);
+    return Show_First_Frame(&window);
+}
+
+/// Starts this program anew as `mode` says and waits for its end.
+void Start(const QString& mode)
+{
+    if (QProcess::execute(QStringLiteral("/proc/self/exe"), {mode}) != 0)
+        std::abort();
+}
+
+void Fill_Database(const QString& home)
+{
+    TDatabase database;
+    if (!QDir(home).mkdir(QStringLiteral(".kelvora")) ||
+        !database.Connect(home + QStringLiteral("/.kelvora/ballbar_data.db")) || !database.Initialize())
+        std::abort();
+    Types::TBallbar_Item position;
+    position.sph2 = {900.0, 0.0, 0.0};
+    for (int i = 0; i < SETS; ++i) {
+        TDatabaseItem set;
+        set.Set_Date(QStringLiteral("Day %1").arg(i));
+        set.Set_Time(QStringLiteral("12:00:00"));
+        for (int k = 0; k < SET_SIZE; ++k)
+            set.Add_Ballbar(position);
+        set.Update_Stats();
+        if (!database.Add_Database_Item(set))
+            std::abort();
+    }
+}
+
+void Compare(const char* name, const std::function<void()>& prepare)
+{
+    double ours = 1e300;
+    double bare = 1e300;
+    for (int i = 0; i < ROUNDS; ++i) {
+        bare = std::min(bare, Seconds([] { Start(QStringLiteral("bare")); }));
+        prepare();
+        ours = std::min(ours, Seconds([] { Start(QStringLiteral("kelvora")); }));
+    }
+    Print_Ratio(name, ours * 1e3, bare * 1e3, 1.5);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    Q_INIT_RESOURCE(kelvora);
+    if (argc == 2)
+        return qstrcmp(argv[1], "bare") == 0 ? Start_Bare_Window(argc, argv) : Start_Kelvora(argc, argv);
+
+    const QTemporaryDir home;
+    qputenv("HOME", home.path().toLocal8Bit());
+    Print_Heading("start ms", "bare window ms",
+                  "a main window that holds an empty OpenGL widget and nothing else");
+    Compare("first start", [&] { QDir(home.filePath(QStringLiteral(".kelvora"))).removeRecursively(); });
+    QDir(home.filePath(QStringLiteral(".kelvora"))).removeRecursively();
+    Fill_Database(home.path());
+    Compare("a database of 1,000 sets", [] {});
+}
