@@ -124,7 +124,7 @@ int main()
         const QByteArray path = paths[i].toLocal8Bit();
         volatile double sum = 0.0;
         const TComparison times(
-            3, [&] { Load(paths[i]); }, [&] { sum = Reference_Loop(path.constData()); });
+            7, [&] { Load(paths[i]); }, [&] { sum = Reference_Loop(path.constData()); });
         Print_Ratio(name.c_str(), times.ours, times.reference, 2.0);
     }
 }

@@ -87,11 +87,23 @@ bool Split_Fields(std::string_view line, size_t count, TFields* fields)
     return line.find(',') == std::string_view::npos;
 }
 
+/// True where all white space of `text` is single blanks.
+bool Is_Simple(std::string_view text)
+{
+    char previous = '\0';
+    for (const char c : text) {
+        if (Is_Blank(c) && (c != ' ' || previous == ' '))
+            return false;
+        previous = c;
+    }
+    return true;
+}
+
 /// The position's name: runs of white space are one blank, and so is one before the comma.
 QString Name_Of(std::string_view field)
 {
     QString name = QString::fromLatin1(field.data(), static_cast<int>(field.size()));
-    if (field.find_first_of("\t\v\r") == std::string_view::npos && field.find("  ") == std::string_view::npos)
+    if (Is_Simple(field))
         return name;
     constexpr QLatin1Char end_mark('|'); // keeps simplified() from taking the blank at the end
     QString simplified = (name + end_mark).simplified();
@@ -139,20 +151,18 @@ bool Parse_Line(std::string_view line, const TFormat& format, Types::TBallbar_It
     return true;
 }
 
-/// The most positions to expect in `text`, by its commas. Reserving that many at once keeps a large set from
-/// being held twice while the list grows.
-size_t Expected_Positions(std::string_view text, size_t field_count)
+/// The most positions that `text` can hold: its shortest line has a digit for each number, the commas and the
+/// line feed. Reserving that many at once keeps a large set from being held twice while the list grows; what
+/// is not filled takes no memory.
+size_t Most_Positions(std::string_view text, size_t field_count)
 {
-    unsigned commas = 0; // files are smaller than its range
-    for (const char c : text)
-        commas += c == ',';
-    return std::min(commas / (field_count - 1), TBallBarData::Maximum_Position_Count + 1);
+    return std::min(text.size() / (2 * field_count - 2) + 1, TBallBarData::Maximum_Position_Count + 1);
 }
 
 void Parse_Lines(const QByteArray& contents, const TFormat& format, std::vector<Types::TBallbar_Item>* items)
 {
     std::string_view text = View(contents);
-    items->reserve(Expected_Positions(text, format.field_count));
+    items->reserve(Most_Positions(text, format.field_count));
     Types::TBallbar_Item item;
     while (!text.empty()) {
         const std::string_view line = Trimmed(Take_Line(&text));
@@ -160,7 +170,7 @@ void Parse_Lines(const QByteArray& contents, const TFormat& format, std::vector<
             continue;
         if (line.size() > longest_line || !Parse_Line(line, format, &item))
             continue;
-        items->push_back(item);
+        items->push_back(std::move(item));
         if (items->size() > TBallBarData::Maximum_Position_Count)
             return;
     }
@@ -291,11 +301,10 @@ TBallBarData::TFileEncoding TBallBarData::DetermineFileEncoding(const QByteArray
 {
     // As signed characters all bytes from 128 on are negative: accented letters are refused like controls.
     // Without branches the loop takes many bytes at a time.
-    unsigned refused = 0;
+    signed char refused = 0;
     for (const char byte : contents) {
         const auto c = static_cast<signed char>(byte);
-        refused |=
-            unsigned(c < 32) & unsigned(c != 9) & unsigned(c != 10) & unsigned(c != 11) & unsigned(c != 13);
+        refused |= static_cast<signed char>((c < 32) & (c != 9) & (c != 10) & (c != 11) & (c != 13));
     }
     return refused == 0 ? ENCODING_ASCII : ENCODING_BINARY;
 }
