@@ -104,6 +104,7 @@ int main(int argc, char* argv[])
     if (argc == 2)
         return qstrcmp(argv[1], "bare") == 0 ? Start_Bare_Window(argc, argv) : Start_Kelvora(argc, argv);
 
+    const QGuiApplication client(argc, argv); // an X server starts anew when it has lost its last one
     const QTemporaryDir home;
     qputenv("HOME", home.path().toLocal8Bit());
     Print_Heading("start ms", "bare window ms",

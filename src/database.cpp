@@ -86,11 +86,14 @@ bool TDatabase::Initialize()
     const QStringList tables = First_Column(Statements::Select_Tables(), &valid);
     if (!valid)
         return Fail("Cannot read the list of tables.  Reason: " + Last_Error());
+    Change_Or_Not(Statements::Begin()); // one wait for the disk instead of one for each table
     for (const Statements::TTable& table : Statements::TABLES) {
-        if (!tables.contains(table.name, Qt::CaseInsensitive) && !Change(table.create, QString()))
+        if (!tables.contains(table.name, Qt::CaseInsensitive) && !Change(table.create, QString())) {
+            Change_Or_Not(Statements::Roll_Back());
             return Fail(QString("Cannot create table '%1(...)'").arg(table.name));
+        }
     }
-    return true;
+    return Change(Statements::Commit(), "Cannot create the tables");
 }
 
 void TDatabase::Clear()
