@@ -17,13 +17,13 @@
 namespace
 {
 
-constexpr std::string_view header_legacy_v1 = "BallBar_V1";
-constexpr std::string_view header_legacy_v2 = "BallBar_V2";
-constexpr std::string_view header_v1 = "B89.4.1_Data:Version=1:Type=BallBar";
+constexpr std::string_view HEADER_LEGACY_V1 = "BallBar_V1";
+constexpr std::string_view HEADER_LEGACY_V2 = "BallBar_V2";
+constexpr std::string_view HEADER_V1 = "B89.4.1_Data:Version=1:Type=BallBar";
 
-constexpr size_t longest_line = 4096; // characters; with a longer name no line is a measurement
-constexpr size_t maximum_field_count = 13;
-using TFields = std::array<std::string_view, maximum_field_count>;
+constexpr size_t LONGEST_LINE = 4096; // characters; with a longer name no line is a measurement
+constexpr size_t MAXIMUM_FIELD_COUNT = 13;
+using TFields = std::array<std::string_view, MAXIMUM_FIELD_COUNT>;
 
 /// What tells one measurement format from another once its lines are found.
 struct TFormat
@@ -35,9 +35,9 @@ struct TFormat
     bool centres_need_offset; ///< centres were written without the probe offset
 };
 
-constexpr TFormat format_legacy_v1{header_legacy_v1, 11, false, false, true};
-constexpr TFormat format_legacy_v2{header_legacy_v2, 13, false, true, true};
-constexpr TFormat format_v1{header_v1, 13, true, true, false};
+constexpr TFormat FORMAT_LEGACY_V1{HEADER_LEGACY_V1, 11, false, false, true};
+constexpr TFormat FORMAT_LEGACY_V2{HEADER_LEGACY_V2, 13, false, true, true};
+constexpr TFormat FORMAT_V1{HEADER_V1, 13, true, true, false};
 
 constexpr char Lower(char c)
 {
@@ -133,7 +133,7 @@ bool Parse_Line(std::string_view line, const TFormat& format, Types::TBallbar_It
     const std::string_view words(line.data(), fields[0].size() + 1 + fields[1].size());
     if (format.has_column_headings && Contains(words, "Name") && Contains(words, "Length"))
         return false;
-    std::array<double, maximum_field_count - 2> numbers{};
+    std::array<double, MAXIMUM_FIELD_COUNT - 2> numbers{};
     if (!Parse_Numbers(fields, format.field_count, numbers.data()))
         return false;
 
@@ -156,7 +156,7 @@ bool Parse_Line(std::string_view line, const TFormat& format, Types::TBallbar_It
 /// is not filled takes no memory.
 size_t Most_Positions(std::string_view text, size_t field_count)
 {
-    return std::min(text.size() / (2 * field_count - 2) + 1, TBallBarData::Maximum_Position_Count + 1);
+    return std::min(text.size() / (2 * field_count - 2) + 1, TBallBarData::MAXIMUM_POSITION_COUNT + 1);
 }
 
 void Parse_Lines(const QByteArray& contents, const TFormat& format, std::vector<Types::TBallbar_Item>* items)
@@ -168,10 +168,10 @@ void Parse_Lines(const QByteArray& contents, const TFormat& format, std::vector<
         const std::string_view line = Trimmed(Take_Line(&text));
         if (line.empty() || line.front() == '#' || Starts_With(line, format.header))
             continue;
-        if (line.size() > longest_line || !Parse_Line(line, format, &item))
+        if (line.size() > LONGEST_LINE || !Parse_Line(line, format, &item))
             continue;
         items->push_back(std::move(item));
-        if (items->size() > TBallBarData::Maximum_Position_Count)
+        if (items->size() > TBallBarData::MAXIMUM_POSITION_COUNT)
             return;
     }
 }
@@ -228,7 +228,7 @@ bool TBallBarData::Load_Data(const QString& path)
         return Fail(QStringLiteral("Input file '%1' is not recognized as a ball bar measurement file."),
                     path);
     }
-    if (d_ballbar_items.size() > Maximum_Position_Count) {
+    if (d_ballbar_items.size() > MAXIMUM_POSITION_COUNT) {
         Clear();
         return Fail(Too_Large(), path);
     }
@@ -243,7 +243,7 @@ bool TBallBarData::Read_File(const QString& path, QByteArray* contents)
     QFile file(path);
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return Fail(cannot_open, path);
-    if (file.size() > Maximum_File_Size)
+    if (file.size() > MAXIMUM_FILE_SIZE)
         return Fail(Too_Large(), path);
     *contents = file.read(file.size()); // and no more, should it be growing
     if (file.error() != QFileDevice::NoError)
@@ -318,29 +318,29 @@ TBallBarData::TFileContents TBallBarData::DetermineAsciiFileContents(const QByte
 
     text = Trimmed(text);
     const std::string_view first_line = Take_Line(&text);
-    if (Starts_With(first_line, header_legacy_v1))
+    if (Starts_With(first_line, HEADER_LEGACY_V1))
         return CONTENTS_LEGACY_V1;
-    if (Starts_With(first_line, header_legacy_v2))
+    if (Starts_With(first_line, HEADER_LEGACY_V2))
         return CONTENTS_LEGACY_V2;
-    if (Starts_With(first_line, header_v1))
+    if (Starts_With(first_line, HEADER_V1))
         return CONTENTS_V1;
     return CONTENTS_UNKNOWN;
 }
 
 bool TBallBarData::Load_Data_Legacy_V1(const QByteArray& contents)
 {
-    Parse_Lines(contents, format_legacy_v1, &d_ballbar_items);
+    Parse_Lines(contents, FORMAT_LEGACY_V1, &d_ballbar_items);
     return true;
 }
 
 bool TBallBarData::Load_Data_Legacy_V2(const QByteArray& contents)
 {
-    Parse_Lines(contents, format_legacy_v2, &d_ballbar_items);
+    Parse_Lines(contents, FORMAT_LEGACY_V2, &d_ballbar_items);
     return true;
 }
 
 bool TBallBarData::Load_Data_V1(const QByteArray& contents)
 {
-    Parse_Lines(contents, format_v1, &d_ballbar_items);
+    Parse_Lines(contents, FORMAT_V1, &d_ballbar_items);
     return true;
 }

@@ -66,8 +66,8 @@ public:
 
     /// Largest file that is read, bytes, and largest set. No machine measures a thousandth of that; without
     /// limits one wrong file would take all memory.
-    static constexpr qint64 Maximum_File_Size = qint64(256) * 1024 * 1024;
-    static constexpr size_t Maximum_Position_Count = 1000000;
+    static constexpr qint64 MAXIMUM_FILE_SIZE = qint64(256) * 1024 * 1024;
+    static constexpr size_t MAXIMUM_POSITION_COUNT = 1000000;
 
 private:
     std::vector<Types::TBallbar_Item> d_ballbar_items;

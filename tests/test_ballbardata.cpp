@@ -137,7 +137,7 @@ TEST_F(BallBarData, UnreadablePathsAreRefused)
         EXPECT_EQ(d_data.Last_Error(), cannot_open + path + "'");
     }
     const QString huge = Write(Path("huge.dat"), LEGACY_V1);
-    ASSERT_TRUE(QFile::resize(huge, TBallBarData::Maximum_File_Size + 1)); // sparse
+    ASSERT_TRUE(QFile::resize(huge, TBallBarData::MAXIMUM_FILE_SIZE + 1)); // sparse
     const QString many = Write(
         Path(), LEGACY_V1 + QByteArray(",,0,0,0,1,0,0,0,0,0\n").repeated(1000001)); // a million is the limit
     for (const QString& path : {huge, many}) {
