@@ -157,8 +157,8 @@ bool TDatabase::Lock_And_Copy()
 bool TDatabase::Keep_Copy(const QString& failure)
 {
     const QString copy = Kept_Copies::File_Name(File_Name(), QDateTime::currentDateTime());
-    const QString unfinished = File_Name() + ".copy"; // one that a killed program left is overwritten
-    QFile::remove(unfinished);
+    const QString unfinished = Kept_Copies::Unfinished_File(File_Name());
+    Kept_Copies::Remove_Leftovers(File_Name());
     if (!Change(Statements::Copy_Into(unfinished), failure)) {
         QFile::remove(unfinished);
         return false;

@@ -7,7 +7,27 @@
 #include <QLocale>
 #include <QRegularExpression>
 
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
 #include <unistd.h>
+
+namespace
+{
+
+// Brings a file, or the names in a directory, to the disk. Some network drives cannot do that for
+// directories.
+bool Bring_To_Disk(const QString& path)
+{
+    const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return false;
+    const bool done = ::fsync(file) == 0 || errno == EINVAL;
+    ::close(file);
+    return done;
+}
+
+} // namespace
 
 QString Kept_Copies::File_Name(const QString& database_file, const QDateTime& moment)
 {
@@ -15,6 +35,11 @@ QString Kept_Copies::File_Name(const QString& database_file, const QDateTime& mo
     // The C locale, because a language may bring digits of its own.
     const QString stamp = QLocale::c().toString(moment, "yyyy-MM-dd_hh-mm-ss-zzz");
     return file.dir().absoluteFilePath(file.completeBaseName() + "_" + stamp + ".db");
+}
+
+QString Kept_Copies::Unfinished_File(const QString& database_file)
+{
+    return database_file + ".copy";
 }
 
 QStringList Kept_Copies::List(const QString& database_file)
@@ -31,19 +56,35 @@ QStringList Kept_Copies::List(const QString& database_file)
     return copies;
 }
 
-void Kept_Copies::Remove_Old(const QString& database_file, int count, const QString& newest)
-{
-    QStringList others = List(database_file);
-    others.removeOne(newest);
-    for (int i = 0; i <= others.size() - count; ++i)
-        QFile::remove(others[i]);
-}
-
 bool Kept_Copies::Put_In_Place(const QString& written_file, const QString& final_file)
 {
-    QFile file(written_file);
-    if (!file.open(QIODevice::ReadOnly) || ::fsync(file.handle()) != 0)
-        return false;
-    file.close();
-    return QFile::rename(written_file, final_file);
+    return Bring_To_Disk(written_file) && QFile::rename(written_file, final_file) &&
+           Bring_To_Disk(QFileInfo(final_file).path());
+}
+
+void Kept_Copies::Remove_Old(const QString& database_file, int count, const QString& newest)
+{
+    QStringList copies = List(database_file);
+    std::rotate(copies.begin(), std::upper_bound(copies.begin(), copies.end(), newest), copies.end());
+    for (int i = 0; i < copies.size() - std::max(count, 1); ++i)
+        QFile::remove(copies[i]);
+}
+
+void Kept_Copies::Remove_Leftovers(const QString& database_file)
+{
+    QFile::remove(Unfinished_File(database_file));
+    QFile::remove(Unfinished_File(database_file) + "-journal");
+
+    // QSaveFile writes under the final name and six letters. Younger ones may be still at work.
+    const QDateTime yesterday = QDateTime::currentDateTime().addDays(-1);
+    const QString six_letters(".[A-Za-z][A-Za-z][A-Za-z][A-Za-z][A-Za-z][A-Za-z]");
+    const QFileInfoList files = QFileInfo(database_file)
+                                    .dir()
+                                    .entryInfoList({"*.backup" + six_letters, "*.csv" + six_letters,
+                                                    "kelvora_settings.ini" + six_letters},
+                                                   QDir::Files);
+    for (const QFileInfo& file : files) {
+        if (file.lastModified() < yesterday)
+            QFile::remove(file.filePath());
+    }
 }

@@ -5,19 +5,26 @@
 #include <QStringList>
 
 /// Dated copies of a database file, kept beside it: "ballbar_data.db" has copies named
-/// "ballbar_data_2026-03-04_10-15-02-123.db".
+/// "ballbar_data_2026-03-04_10-15-02-123.db". The functions that remove files are to be called by who has
+/// locked the database, so that no other process is at work on them.
 namespace Kept_Copies
 {
 
 /// The path of a copy of `database_file` made at `moment`.
 QString File_Name(const QString& database_file, const QDateTime& moment);
-/// The paths of all copies of `database_file`, oldest first.
+/// The path under which a copy is written before Put_In_Place() gives it its name.
+QString Unfinished_File(const QString& database_file);
+/// The paths of all copies of `database_file` in the order of their dates.
 QStringList List(const QString& database_file);
-/// Removes the oldest copies of `database_file` until `count` are left. The copy `newest` stays: where the
-/// clock was set back, it looks like an old one.
-void Remove_Old(const QString& database_file, int count, const QString& newest);
+
 /// Puts a file that was written completely under its final name, on the disk for good: a copy is needed most
 /// after the power failed. Returns false where that is not possible.
 bool Put_In_Place(const QString& written_file, const QString& final_file);
+/// Removes the oldest copies of `database_file` until `count` are left, at least the copy `newest`. Copies
+/// dated after `newest` count as older than all others: they are from before the clock was set back.
+void Remove_Old(const QString& database_file, int count, const QString& newest);
+/// Removes what killed programs left beside `database_file`: the unfinished copy with its journal and, after
+/// a day, unfinished backups, exported summaries and settings.
+void Remove_Leftovers(const QString& database_file);
 
 } // namespace Kept_Copies

@@ -406,10 +406,14 @@ TEST_F(Database, FilesThatCannotBeUsed)
 
 TEST_F(Database, KeepsFiveCopies)
 {
-    const QStringList others{"a[1]_2.db", "a1_2026-03-01_10-15-02-123.db",
-                             "xa[1]_2026-03-01_10-15-02-123.db"};
-    for (const QString& name : others)
+    const QStringList others{"a[1]_2.db", "a1_2026-03-01_10-15-02-123.db", "xa[1]_2026-03-01_10-15-02-123.db",
+                             "x.backup.AbCdEf"};
+    const QStringList leftovers{"a[1].db.copy", "a[1].db.copy-journal", "y.backup.AbCdEf"};
+    for (const QString& name : others + leftovers)
         Write(d_folder.filePath(name), "");
+    QFile old(d_folder.filePath(leftovers[2]));
+    ASSERT_TRUE(old.open(QFile::Append) &&
+                old.setFileTime(QDateTime::fromSecsSinceEpoch(0), QFile::FileModificationTime));
     for (int i = 1; i <= 7; ++i) {
         QTest::qWait(2); // copies of one millisecond would have one name
         EXPECT_EQ(Replace({i}), QString("done: a=%1").arg(i));
@@ -424,10 +428,10 @@ TEST_F(Database, KeepsFiveCopies)
     EXPECT_EQ(QDir(d_folder.path()).entryList(), files);
     for (int i = 1; i <= 5; ++i) // from before the clock was set back
         Write(d_folder.filePath(QString("a[1]_209%1-03-01_10-15-02-123.db").arg(i)), "");
-    EXPECT_EQ(Replace({8}), "done: a=8");
-    EXPECT_TRUE(d_database.Connect(Kept_Copies::List(d_file)[0]) && Holds("a", 7));
-    for (const QString& name : others)
-        EXPECT_TRUE(QFile::exists(d_folder.filePath(name)));
+    EXPECT_EQ(Replace({8}), "done: a=8"); // they go first
+    EXPECT_TRUE(d_database.Connect(Kept_Copies::List(d_file)[0]) && Holds("a", 3));
+    for (const QString& name : others + leftovers)
+        EXPECT_EQ(QFile::exists(d_folder.filePath(name)), others.contains(name)) << name.toStdString();
 }
 
 TEST_F(Database, RestoresWhatTheBackupSays)
