@@ -19,21 +19,6 @@ bool Parse_Out_Of_Range(std::string_view text, double* value)
     return true;
 }
 
-// What QString::number() writes, in half the time. The two differ at most where a value is a multiple of
-// 2^-(decimals + 1): only there it can lie halfway between two texts, and only 0 has a sign to drop.
-QString Fixed_Text(double value, int decimals)
-{
-    const double multiple = std::ldexp(value, decimals + 1);
-    if (std::floor(multiple) < multiple) {
-        char text[400]; // the largest double has 309 digits before the point
-        const auto [end, error] =
-            std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals);
-        if (error == std::errc())
-            return QString::fromLatin1(text, static_cast<int>(end - text));
-    }
-    return QString::number(value, 'f', decimals);
-}
-
 } // namespace
 
 std::string_view Trimmed(std::string_view text)
@@ -82,5 +67,24 @@ double Decimal_Or(const QString& text, double fallback)
 
 QString Fixed(double value, int decimals, int width)
 {
-    return Fixed_Text(value, decimals).rightJustified(width);
+    QString text;
+    Append_Fixed(&text, value, decimals);
+    return text.rightJustified(width);
+}
+
+// What QString::number() writes, in half the time. The two differ at most where a value is a multiple of
+// 2^-(decimals + 1): only there it can lie halfway between two texts, and only 0 has a sign to drop.
+void Append_Fixed(QString* text, double value, int decimals)
+{
+    const double multiple = std::ldexp(value, decimals + 1);
+    if (std::floor(multiple) < multiple) {
+        char digits[400]; // the largest double has 309 of them before the point
+        const auto [end, error] =
+            std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, decimals);
+        if (error == std::errc()) {
+            text->append(QLatin1String(digits, static_cast<int>(end - digits)));
+            return;
+        }
+    }
+    text->append(QString::number(value, 'f', decimals));
 }

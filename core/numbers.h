@@ -29,3 +29,5 @@ double Decimal_Or(const QString& text, double fallback);
 /// `value` in fixed notation with `decimals` decimals and a point as separator in any locale, padded with
 /// blanks on the left to at least `width` characters.
 QString Fixed(double value, int decimals, int width = 0);
+/// Appends such a text, not padded, to another: the quickest way to a line of many numbers.
+void Append_Fixed(QString* text, double value, int decimals);

@@ -5,6 +5,8 @@
 
 #include <QStringBuilder>
 
+#include <cmath>
+
 namespace
 {
 
@@ -33,9 +35,10 @@ QString Within(const Statements::TRows& rows)
         .arg(QString::number(rows.first), QString::number(rows.last));
 }
 
+// Lengths of absurd size make infinite statistics, which no statement could hold; the set shall be stored.
 QString Summary_Value(double value)
 {
-    return Fixed(value, 4);
+    return std::isfinite(value) ? Fixed(value, 4) : QString("NULL");
 }
 
 } // namespace
@@ -114,14 +117,19 @@ QString Statements::Delete_Positions(int date_id, int time_id, const TRows& rows
 
 QString Statements::Insert_Position(int date_id, int time_id, const Types::TBallbar_Item& position)
 {
-    QString text = "INSERT INTO data (date_id,time_id," % POSITION_COLUMNS % ") VALUES(" % Id(date_id) % ',' %
-                   Id(time_id) % ",'" % Quoted(position.name) % '\'';
+    QString text;
+    text.reserve(400); // enough for most: forming the texts is what our part of a save costs
+    text += "INSERT INTO data (date_id,time_id," % POSITION_COLUMNS % ") VALUES(" % Id(date_id) % ',' %
+            Id(time_id) % ",'" % Quoted(position.name) % '\'';
     for (const double* number : Stored_Numbers(position)) {
         // The quotes about the tool's x are harmless: the column's type makes a number of it.
-        const QLatin1String quote(number == &position.tool.x ? "'" : "");
-        text += ',' % quote % Fixed(*number, 5) % quote;
+        const bool quoted = number == &position.tool.x;
+        text += QLatin1String(quoted ? ",'" : ",");
+        Append_Fixed(&text, *number, 5);
+        if (quoted)
+            text += '\'';
     }
-    return text + ')';
+    return text += ')';
 }
 
 QString Statements::Delete_Summary(int date_id, int time_id)
