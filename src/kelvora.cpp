@@ -217,9 +217,7 @@ void TKelvora::Save_Settings()
     settings.tolerance_c = d_tolerance_widget->d_tolerance_c;
     settings.tolerance_d = d_tolerance_widget->d_tolerance_d;
     settings.machine = d_machine_widget->Machine_Dimensions();
-    settings.Write(d_settings);
-    d_settings->sync();
-    if (d_settings->status() != QSettings::NoError)
+    if (!settings.Store(d_settings->fileName()))
         qWarning("The settings could not be stored in '%s'", qPrintable(d_settings->fileName()));
 }
 

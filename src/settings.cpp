@@ -2,9 +2,13 @@
 #include "settings.h"
 
 #include "numbers.h"
+#include "wholefile.h"
 
 #include <QDir>
+#include <QFile>
+#include <QSaveFile>
 #include <QSettings>
+#include <QTemporaryDir>
 
 namespace
 {
@@ -50,6 +54,39 @@ void Read_Height(const QSettings& store, const char* key, int* value)
         *value = Limited(stored);
 }
 
+void Write(const TSettings& settings, QSettings* store)
+{
+    store->setValue(QStringLiteral("Mainwindow_Position"), settings.position);
+    store->setValue(QStringLiteral("Mainwindow_Size"), settings.size);
+    store->setValue(QStringLiteral("Graphic_Window_Height"), settings.graphic_height);
+    store->setValue(QStringLiteral("Analysis_Window_Height"), settings.analysis_height);
+    store->setValue(QStringLiteral("Tolerance_A"), settings.tolerance_a);
+    store->setValue(QStringLiteral("Tolerance_B"), settings.tolerance_b);
+    store->setValue(QStringLiteral("Tolerance_C"), settings.tolerance_c);
+    store->setValue(QStringLiteral("Tolerance_D"), settings.tolerance_d);
+    store->setValue(QStringLiteral("Machine_Min_X"), settings.machine.x_min);
+    store->setValue(QStringLiteral("Machine_Max_X"), settings.machine.x_max);
+    store->setValue(QStringLiteral("Machine_Min_Y"), settings.machine.y_min);
+    store->setValue(QStringLiteral("Machine_Max_Y"), settings.machine.y_max);
+    store->setValue(QStringLiteral("Machine_Min_Z"), settings.machine.z_min);
+    store->setValue(QStringLiteral("Machine_Max_Z"), settings.machine.z_max);
+}
+
+// What the settings file is to hold: these settings and whatever else `old` knows. QSettings writes files
+// only.
+QByteArray Ini_Text(const TSettings& settings, const QSettings& old)
+{
+    const QTemporaryDir folder;
+    QSettings store(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    const QStringList keys = old.allKeys();
+    for (const QString& key : keys)
+        store.setValue(key, old.value(key));
+    Write(settings, &store);
+    store.sync();
+    QFile file(store.fileName());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 } // namespace
 
 TSettings TSettings::Read(const QSettings& store)
@@ -76,22 +113,13 @@ TSettings TSettings::Read(const QSettings& store)
     return settings;
 }
 
-void TSettings::Write(QSettings* store) const
+bool TSettings::Store(const QString& file) const
 {
-    store->setValue(QStringLiteral("Mainwindow_Position"), position);
-    store->setValue(QStringLiteral("Mainwindow_Size"), size);
-    store->setValue(QStringLiteral("Graphic_Window_Height"), graphic_height);
-    store->setValue(QStringLiteral("Analysis_Window_Height"), analysis_height);
-    store->setValue(QStringLiteral("Tolerance_A"), tolerance_a);
-    store->setValue(QStringLiteral("Tolerance_B"), tolerance_b);
-    store->setValue(QStringLiteral("Tolerance_C"), tolerance_c);
-    store->setValue(QStringLiteral("Tolerance_D"), tolerance_d);
-    store->setValue(QStringLiteral("Machine_Min_X"), machine.x_min);
-    store->setValue(QStringLiteral("Machine_Max_X"), machine.x_max);
-    store->setValue(QStringLiteral("Machine_Min_Y"), machine.y_min);
-    store->setValue(QStringLiteral("Machine_Max_Y"), machine.y_max);
-    store->setValue(QStringLiteral("Machine_Min_Z"), machine.z_min);
-    store->setValue(QStringLiteral("Machine_Max_Z"), machine.z_max);
+    // Where its last block finds no room, QSettings leaves an empty file behind and says nothing.
+    const QByteArray text = Ini_Text(*this, QSettings(file, QSettings::IniFormat));
+    QSaveFile saved(file);
+    return !text.isEmpty() && saved.open(QIODevice::WriteOnly) && saved.write(text) == text.size() &&
+           Whole_File::Put_In_Place(&saved).isEmpty();
 }
 
 QString Settings_Directory()

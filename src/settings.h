@@ -27,8 +27,9 @@ struct TSettings
     /// Reads what `store` holds; what is missing or makes no sense there keeps its default.
     static TSettings Read(const QSettings& store);
 
-    /// Writes every value into `store`.
-    void Write(QSettings* store) const;
+    /// Writes every value into the settings file; what else it holds stays. Returns false where that is not
+    /// possible: the file is the old one then.
+    bool Store(const QString& file) const;
 };
 
 /// The directory of the user's settings and database, ".kelvora" in the home directory; made where it is
