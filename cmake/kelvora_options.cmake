@@ -14,6 +14,6 @@ if(KELVORA_SANITIZE)
                                                    -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(kelvora_options INTERFACE -fsanitize=${KELVORA_SANITIZE})
 endif()
-if(KELVORA_FUZZ)
+if(KELVORA_FUZZ AND CMAKE_CXX_COMPILER_ID MATCHES Clang)
   target_compile_options(kelvora_options INTERFACE -fsanitize=fuzzer-no-link) # coverage guides the fuzzer
 endif()
