@@ -25,7 +25,7 @@ std::vector<TBar> Example_Set()
     for (int i = 0; i < 20; ++i) {
         const TVector3 center(150 + 200 * (i % 4), 150 + 225 * (i / 4), 150 * (i % 3) - 1150);
         TVector3 axis = directions[i % 5];
-        axis = axis.Normal() * (60.0 + 3.0 * i);
+        axis = axis.Normal() * (60.0 + 2.0 * i);
         bars.push_back({center - axis, center + axis});
     }
     return bars;
@@ -44,7 +44,7 @@ protected:
         qputenv("HOME", home.path().toLocal8Bit());
         window = std::make_unique<TKelvora>();
         view = &Child<TOpenGLDisplay>(*window, "display");
-        window->resize(1001, 1000);
+        window->resize(1600, 1500); // many pixels for each bar: a click is rounded to whole ones
         Show(window.get(), view);
         Import();
     }
@@ -80,7 +80,7 @@ TEST_F(KelvoraView, EveryBarIsFoundAtItsMiddle)
     const QPointF start = view->rect().center() + QPointF(90, 0);
     for (const auto key : {Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier}) {
         Drag(view, Qt::RightButton, {start, start + QPointF(-3, 8), start + QPointF(-7, 20)}, key);
-        Wheel(view, key == Qt::ShiftModifier ? -120 : 120);
+        Wheel(view, key == Qt::ControlModifier ? 120 : -120);
         Paint(view);
         Click_All();
     }
