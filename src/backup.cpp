@@ -24,8 +24,10 @@ QByteArray Key_Line(const QString& key, const QString& text)
 void Append_Position_Line(QString* lines, const Types::TBallbar_Item& position)
 {
     *lines += POSITION_KEY + position.name;
-    for (const double* number : Stored_Numbers(position))
-        *lines += ',' + Fixed(*number, 5);
+    for (const double* number : Stored_Numbers(position)) {
+        *lines += ',';
+        Append_Fixed(lines, *number, 5);
+    }
     *lines += '\n';
 }
 

@@ -81,14 +81,17 @@ QStringList Summary_Cells(const QString& date, const QString& time, const TDatab
     return cells;
 }
 
-void Append_Row(QTableWidget* table, const QStringList& cells)
+// All rows at once: a table that grows row by row takes ever longer for each.
+void Show_Rows(QTableWidget* table, const std::vector<QStringList>& rows)
 {
-    const int row = table->rowCount();
-    table->insertRow(row);
-    for (int column = 0; column < cells.size(); ++column) {
-        auto* cell = new QTableWidgetItem(cells[column]);
-        cell->setTextAlignment(Qt::AlignCenter);
-        table->setItem(row, column, cell);
+    table->setRowCount(static_cast<int>(rows.size()));
+    for (int row = 0; row < table->rowCount(); ++row) {
+        const QStringList& cells = rows[static_cast<size_t>(row)];
+        for (int column = 0; column < cells.size(); ++column) {
+            auto* cell = new QTableWidgetItem(cells[column]);
+            cell->setTextAlignment(Qt::AlignCenter);
+            table->setItem(row, column, cell);
+        }
     }
 }
 
@@ -205,13 +208,15 @@ void TDatabaseDialog::Selection_Changed()
         return;
     Update_Buttons();
     const TDatabase::TReading reading(&d_database);
-    d_summary_table->setUpdatesEnabled(false);
+    std::vector<QStringList> rows;
     for (const auto& [date, time] : Selected_Keys()) {
         bool valid = false;
         const TDatabaseItem item = d_database.Database_Item(date, time, &valid);
         if (valid)
-            Append_Row(d_summary_table, Summary_Cells(date, time, item));
+            rows.push_back(Summary_Cells(date, time, item));
     }
+    d_summary_table->setUpdatesEnabled(false);
+    Show_Rows(d_summary_table, rows);
     d_summary_table->setUpdatesEnabled(true);
 }
 

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QPushButton>
 
+#include <algorithm>
 #include <limits>
 
 // Without the button that Qt would create: its Escape key stays, and of two keys Qt takes none.
@@ -32,8 +33,11 @@ void TWorkProgress::Begin(const QString& text)
 
 void TWorkProgress::Set_Done(int done, int all)
 {
+    // In steps that can be seen: the bar lays its text out anew with each value.
+    constexpr qint64 steps = 500;
     setMaximum(all);
-    setValue(done);
+    if (done == all || done * steps / std::max(all, 1) != value() * steps / std::max(all, 1))
+        setValue(done);
     QCoreApplication::processEvents();
 }
 
