@@ -110,7 +110,8 @@ bool TDatabase::Replace_All(const std::function<void()>& fill)
     if (!Is_Connected())
         return Fail("Not connected");
     Change_Or_Not(Statements::Roll_Back());
-    if (!Lock_And_Copy())
+    const QString copy = Kept_Copies::File_Name(File_Name(), QDateTime::currentDateTime());
+    if (!Lock_And_Copy(copy))
         return false;
 
     const QString failure = "Cannot replace the database";
@@ -124,6 +125,8 @@ bool TDatabase::Replace_All(const std::function<void()>& fill)
     if (d_scope->failure.isEmpty())
         fill();
     const std::unique_ptr<TScope> scope = std::move(d_scope);
+    if (scope->failure.isEmpty()) // under the lock, and not where one failure after the other makes a copy
+        Kept_Copies::Remove_Old(File_Name(), COPIES_KEPT, copy);
     if (scope->failure.isEmpty() && Change(Statements::Commit(), failure))
         return true;
     Change_Or_Not(Statements::Roll_Back());
@@ -132,7 +135,7 @@ bool TDatabase::Replace_All(const std::function<void()>& fill)
 
 // Keeps others out until the end of the transaction that it leaves open. A copy cannot be made within one, so
 // the lock is kept across two of them.
-bool TDatabase::Lock_And_Copy()
+bool TDatabase::Lock_And_Copy(const QString& copy)
 {
     const QString failure = "Cannot keep a copy of the database";
     if (!Change(Statements::Begin_Alone(), failure))
@@ -141,7 +144,7 @@ bool TDatabase::Lock_And_Copy()
     const bool writable = Change(Statements::Keep_Lock(true), failure) &&
                           Change(Statements::Delete_All(Statements::TABLES[0]), failure);
     Change_Or_Not(Statements::Roll_Back());
-    const bool copied = writable && Keep_Copy(failure);
+    const bool copied = writable && Keep_Copy(copy, failure);
     QString error = Last_Error();
     const bool begun = Change(Statements::Begin_Alone(), failure);
     Change_Or_Not(Statements::Keep_Lock(false));
@@ -154,9 +157,8 @@ bool TDatabase::Lock_And_Copy()
     return Fail(error);
 }
 
-bool TDatabase::Keep_Copy(const QString& failure)
+bool TDatabase::Keep_Copy(const QString& copy, const QString& failure)
 {
-    const QString copy = Kept_Copies::File_Name(File_Name(), QDateTime::currentDateTime());
     const QString unfinished = Kept_Copies::Unfinished_File(File_Name());
     Kept_Copies::Remove_Leftovers(File_Name());
     if (!Change(Statements::Copy_Into(unfinished), failure)) {
@@ -167,7 +169,6 @@ bool TDatabase::Keep_Copy(const QString& failure)
         QFile::remove(unfinished);
         return Fail(failure + ".  Reason: '" + copy + "' cannot be written");
     }
-    Kept_Copies::Remove_Old(File_Name(), COPIES_KEPT, copy);
     return true;
 }
 

@@ -75,8 +75,8 @@ private:
     int Found(int id, const QString& not_found) const;
     bool Know(int table) const;
     bool Read_Into_Catalogue(int table) const;
-    bool Lock_And_Copy();
-    bool Keep_Copy(const QString& failure);
+    bool Lock_And_Copy(const QString& copy);
+    bool Keep_Copy(const QString& copy, const QString& failure);
     int Make_Row(const QString& table, const QString& not_found, const QString& select,
                  const QString& insert);
     int Insert_Row(const QString& table, const QString& insert);
