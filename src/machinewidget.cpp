@@ -13,14 +13,14 @@
 namespace
 {
 
-constexpr double shortest_axis = 10.0; // mm
-constexpr int limit_decimals = 3;
+constexpr double SHORTEST_AXIS = 10.0; // mm
+constexpr int LIMIT_DECIMALS = 3;
 
 /// Reads one limit as Qt does, because a number pasted from a document may stand between no-break or thin
 /// blanks and have a true minus sign.
 double Read_Limit(const QLineEdit* field)
 {
-    constexpr double largest = TMachineWidget::Largest_Limit;
+    constexpr double largest = TMachineWidget::LARGEST_LIMIT;
     const double limit = field->text().toDouble();
     return std::isfinite(limit) ? qBound(-largest, limit, largest) : 0.0;
 }
@@ -32,8 +32,8 @@ void Read_Axis(const QLineEdit* min_edit, const QLineEdit* max_edit, double* min
     const double b = Read_Limit(max_edit);
     *minimum = b > a ? a : b;
     *maximum = b > a ? b : a;
-    if (*maximum - *minimum < shortest_axis)
-        *maximum = *minimum + shortest_axis;
+    if (*maximum - *minimum < SHORTEST_AXIS)
+        *maximum = *minimum + SHORTEST_AXIS;
 }
 
 } // namespace
@@ -85,10 +85,10 @@ TMachineWidget::TDimensions TMachineWidget::Machine_Dimensions() const
 
 void TMachineWidget::Set_Machine_Dimensions(const TDimensions& dimensions)
 {
-    d_min_x_edit->setText(Fixed(dimensions.x_min, limit_decimals));
-    d_max_x_edit->setText(Fixed(dimensions.x_max, limit_decimals));
-    d_min_y_edit->setText(Fixed(dimensions.y_min, limit_decimals));
-    d_max_y_edit->setText(Fixed(dimensions.y_max, limit_decimals));
-    d_min_z_edit->setText(Fixed(dimensions.z_min, limit_decimals));
-    d_max_z_edit->setText(Fixed(dimensions.z_max, limit_decimals));
+    d_min_x_edit->setText(Fixed(dimensions.x_min, LIMIT_DECIMALS));
+    d_max_x_edit->setText(Fixed(dimensions.x_max, LIMIT_DECIMALS));
+    d_min_y_edit->setText(Fixed(dimensions.y_min, LIMIT_DECIMALS));
+    d_max_y_edit->setText(Fixed(dimensions.y_max, LIMIT_DECIMALS));
+    d_min_z_edit->setText(Fixed(dimensions.z_min, LIMIT_DECIMALS));
+    d_max_z_edit->setText(Fixed(dimensions.z_max, LIMIT_DECIMALS));
 }

@@ -24,7 +24,7 @@ public:
     };
 
     /// No machine is a kilometre long: larger numbers, either sign, count as this one, mm.
-    static constexpr double Largest_Limit = 1e6;
+    static constexpr double LARGEST_LIMIT = 1e6;
 
     explicit TMachineWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
 

@@ -10,19 +10,19 @@
 namespace
 {
 
-constexpr int number_width = 10;
-constexpr int number_decimals = 4;
-constexpr int name_width = 20;
-constexpr int rule_width = 71;
-constexpr int position_line_length = name_width + 4 * (number_width + 1) + 1;
-constexpr double smallest_band = 1e-6; // mm; narrower ranges and bands are numerical noise
+constexpr int NUMBER_WIDTH = 10;
+constexpr int NUMBER_DECIMALS = 4;
+constexpr int NAME_WIDTH = 20;
+constexpr int RULE_WIDTH = 71;
+constexpr int POSITION_LINE_LENGTH = NAME_WIDTH + 4 * (NUMBER_WIDTH + 1) + 1;
+constexpr double SMALLEST_BAND = 1e-6; // mm; narrower ranges and bands are numerical noise
 
-constexpr int bin_count = 9;
-using TBins = std::array<int, bin_count>;
+constexpr int BIN_COUNT = 9;
+using TBins = std::array<int, BIN_COUNT>;
 
 QString Number(double value)
 {
-    return Fixed(value, number_decimals, number_width);
+    return Fixed(value, NUMBER_DECIMALS, NUMBER_WIDTH);
 }
 
 /// Collects the report line by line.
@@ -45,7 +45,7 @@ public:
     }
 
     void Append_Blank() { Append(QString()); }
-    void Append_Rule() { Append(QString(rule_width, QLatin1Char('-'))); }
+    void Append_Rule() { Append(QString(RULE_WIDTH, QLatin1Char('-'))); }
 
     int Line_Count() const { return d_lines; }
     QString Text() const { return d_text; }
@@ -77,7 +77,7 @@ void Append_Statistics(const TBallBarData& data, double tolerance, TText* text)
     text->Append(QStringLiteral("Measurement Statistics"));
     text->Append_Rule();
     text->Append("Measurement Count: ",
-                 QString::number(data.Ballbar_Item_Count()).rightJustified(number_width));
+                 QString::number(data.Ballbar_Item_Count()).rightJustified(NUMBER_WIDTH));
     text->Append("   Minimum Length: ", Number(data.Minimum_Length()));
     text->Append("   Maximum Length: ", Number(data.Maximum_Length()));
     text->Append("     Range Length: ", Number(data.Maximum_Length() - data.Minimum_Length()));
@@ -128,7 +128,7 @@ void Append_Positions(const TBallBarData& data, TText* text)
     constexpr QLatin1Char blank(' ');
     for (const Types::TBallbar_Item& item : data.Ballbar_Items()) {
         const double length = item.Length();
-        text->Append(Line_Of(item.name).leftJustified(name_width) + blank + Number(length) + blank +
+        text->Append(Line_Of(item.name).leftJustified(NAME_WIDTH) + blank + Number(length) + blank +
                      Number(length - data.Mean_Length()) + blank + Number(item.sph1_form) + blank +
                      Number(item.sph2_form));
     }
@@ -142,7 +142,7 @@ std::vector<TPositionFlags> Judge_Positions(const TBallBarData& data, double tol
     for (const Types::TBallbar_Item& item : data.Ballbar_Items()) {
         const double length = item.Length();
         const bool outside = length > median + tolerance / 2.0 || length < median - tolerance / 2.0;
-        const bool inside_sub = sub_tolerance > smallest_band && median - sub_tolerance / 2.0 <= length &&
+        const bool inside_sub = sub_tolerance > SMALLEST_BAND && median - sub_tolerance / 2.0 <= length &&
                                 length <= median + sub_tolerance / 2.0;
         flags.push_back({outside, inside_sub});
     }
@@ -160,7 +160,7 @@ TBins Count_Bins(const TBallBarData& data, double bin_width)
     TBins bins{};
     for (const Types::TBallbar_Item& item : data.Ballbar_Items()) {
         const double length = item.Length();
-        for (int bin = 0; bin < bin_count; ++bin) {
+        for (int bin = 0; bin < BIN_COUNT; ++bin) {
             const double center = Bin_Center(data, bin_width, bin);
             if (length > center - bin_width / 2.0 && length < center + bin_width / 2.0) {
                 ++bins[static_cast<size_t>(bin)];
@@ -180,7 +180,7 @@ THistogram Build_Histogram(const TBallBarData& data, double tolerance)
     THistogram histogram;
     histogram.bin_width = bin_width;
     histogram.bars.emplace_back(data.Mean_Length(), 0.0);
-    for (int bin = 0; bin < bin_count; ++bin)
+    for (int bin = 0; bin < BIN_COUNT; ++bin)
         histogram.bars.emplace_back(Bin_Center(data, bin_width, bin), bins[static_cast<size_t>(bin)]);
 
     const double low = data.Median_Length() - tolerance / 2.0;
@@ -198,7 +198,7 @@ TReport Build_Report(const TBallBarData& data, double tolerance, double sub_tole
     if (data.Ballbar_Item_Count() == 0)
         return report;
 
-    TText text(2000 + data.Ballbar_Item_Count() * position_line_length);
+    TText text(2000 + data.Ballbar_Item_Count() * POSITION_LINE_LENGTH);
     Append_Volume(data, &text);
     Append_Statistics(data, tolerance, &text);
     Append_Estimated_Range(data, &text);
@@ -206,7 +206,7 @@ TReport Build_Report(const TBallBarData& data, double tolerance, double sub_tole
     report.first_position_line = text.Line_Count() - data.Ballbar_Item_Count();
 
     report.flags = Judge_Positions(data, tolerance, sub_tolerance);
-    if (data.Maximum_Length() - data.Minimum_Length() > smallest_band) {
+    if (data.Maximum_Length() - data.Minimum_Length() > SMALLEST_BAND) {
         report.histogram = Build_Histogram(data, tolerance);
     } else {
         text.Append_Blank();

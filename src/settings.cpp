@@ -13,12 +13,12 @@
 namespace
 {
 
-constexpr int largest_coordinate = 100000; // pixels; beyond it rectangle arithmetic could overflow
-constexpr int smallest_window = 500;       // pixels
+constexpr int LARGEST_COORDINATE = 100000; // pixels; beyond it rectangle arithmetic could overflow
+constexpr int SMALLEST_WINDOW = 500;       // pixels
 
 int Limited(int pixels)
 {
-    return qBound(-largest_coordinate, pixels, largest_coordinate);
+    return qBound(-LARGEST_COORDINATE, pixels, LARGEST_COORDINATE);
 }
 
 void Read(const QSettings& store, const char* key, double* value)
@@ -29,7 +29,7 @@ void Read(const QSettings& store, const char* key, double* value)
 void Read_Machine_Limit(const QSettings& store, const char* key, double* value)
 {
     Read(store, key, value);
-    *value = qBound(-TMachineWidget::Largest_Limit, *value, TMachineWidget::Largest_Limit);
+    *value = qBound(-TMachineWidget::LARGEST_LIMIT, *value, TMachineWidget::LARGEST_LIMIT);
 }
 
 void Read(const QSettings& store, const char* key, QPoint* value)
@@ -134,7 +134,7 @@ QString Settings_Directory()
 QRect Window_Geometry(const QRect& stored, const QRect& available)
 {
     const QRect visible = stored & available;
-    if (visible.isValid() && visible.width() > smallest_window && visible.height() > smallest_window)
+    if (visible.isValid() && visible.width() > SMALLEST_WINDOW && visible.height() > SMALLEST_WINDOW)
         return visible;
     const TSettings defaults;
     return {defaults.position, defaults.size};

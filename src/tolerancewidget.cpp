@@ -18,13 +18,13 @@
 namespace
 {
 
-constexpr double largest_tolerance = 1.0; // mm, of A, B and D
-constexpr double smallest_divisor = 0.1;  // mm; the length term is left out for smaller ones
-constexpr int tolerance_decimals = 4;
+constexpr double LARGEST_TOLERANCE = 1.0; // mm, of A, B and D
+constexpr double SMALLEST_DIVISOR = 0.1;  // mm; the length term is left out for smaller ones
+constexpr int TOLERANCE_DECIMALS = 4;
 
 QString Tolerance_Text(double value)
 {
-    return Fixed(value, tolerance_decimals);
+    return Fixed(value, TOLERANCE_DECIMALS);
 }
 
 /// The texts that `pattern` captures in the whole of `expression`; none where it does not match.
@@ -143,7 +143,7 @@ void TToleranceWidget::Update()
 double TToleranceWidget::Tolerance_Value(const double& length) const
 {
     const double length_term =
-        d_tolerance_c > smallest_divisor ? d_tolerance_b * length / d_tolerance_c : 0.0;
+        d_tolerance_c > SMALLEST_DIVISOR ? d_tolerance_b * length / d_tolerance_c : 0.0;
     switch (d_tolerance_type) {
     case 1:
         return d_tolerance_a;
@@ -229,8 +229,8 @@ bool TToleranceWidget::Parse_Expression(const QString& expression)
         d_tolerance_b = number(1);
         d_tolerance_c = number(2);
         d_tolerance_d = number(3);
-        return !(d_tolerance_a > largest_tolerance || d_tolerance_b > largest_tolerance ||
-                 d_tolerance_d > largest_tolerance);
+        return !(d_tolerance_a > LARGEST_TOLERANCE || d_tolerance_b > LARGEST_TOLERANCE ||
+                 d_tolerance_d > LARGEST_TOLERANCE);
     };
 
     const QStringList fixed = Captures("^([0-9.]{1,8})$", expression);
