@@ -6,6 +6,7 @@
 
 #include <QGridLayout>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QToolButton>
 
 #include <cmath>
@@ -16,12 +17,13 @@ namespace
 constexpr double SHORTEST_AXIS = 10.0; // mm
 constexpr int LIMIT_DECIMALS = 3;
 
-/// Reads one limit as Qt does, because a number pasted from a document may stand between no-break or thin
-/// blanks and have a true minus sign.
+/// Reads one limit as Qt does, for the true minus sign of a number pasted from a document, and without the
+/// no-break and thin blanks that part its thousands.
 double Read_Limit(const QLineEdit* field)
 {
+    static const QRegularExpression parting_blanks(QStringLiteral("[\\x{a0}\\x{2007}\\x{2009}\\x{202f}]"));
     constexpr double largest = TMachineWidget::LARGEST_LIMIT;
-    const double limit = field->text().toDouble();
+    const double limit = field->text().remove(parting_blanks).toDouble();
     return std::isfinite(limit) ? qBound(-largest, limit, largest) : 0.0;
 }
 

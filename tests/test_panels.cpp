@@ -33,6 +33,8 @@ TEST(MachineWidget, ReadsAndSortsLimits)
 {
     const std::tuple<const char*, const char*, double, double> rows[] = {
         {"\u2212800", "\u00a01200\u2009", -800, 1200},
+        {"1\u00a0200", "2\u2007000\u202f000\u2009.5", 1200, 1e6},
+        {"1 200", "1\u2009200.5", 0, 1200.5},
         {"500", "100", 100, 500},
         {"10", "15", 10, 20},
         {"", "", 0, 10},
