@@ -20,6 +20,7 @@ const QColor GRID(0xdc, 0xdc, 0xdc);
 const QColor FINE_GRID(0xf0, 0xf0, 0xf0);
 
 constexpr int TICK_LENGTH = 4;
+constexpr int SMALLEST_LETTERS = 8; // pixels
 
 // A room centred on the column `centre`, but moved as little as needed to stay within `band`.
 QRect Centred_Within(const QRect& band, int centre, int width)
@@ -158,6 +159,21 @@ void Draw_Vertical_Ticks(QPainter& painter, const TGraphLayout& layout, const TG
     painter.setFont(font);
 }
 
+// In smaller letters where the wrapped lines would be cut, down to those that can just be read.
+void Draw_Empty_Text(QPainter& painter, const QRect& room, const QString& text)
+{
+    constexpr int flags = Qt::AlignCenter | Qt::TextWordWrap;
+    const QFont usual = painter.font();
+    QFont font = usual;
+    for (int size = QFontInfo(font).pixelSize();
+         size > SMALLEST_LETTERS && !room.contains(painter.boundingRect(room, flags, text));) {
+        font.setPixelSize(--size);
+        painter.setFont(font);
+    }
+    painter.drawText(room, flags, text);
+    painter.setFont(usual);
+}
+
 // Just outside the plotting area, where no data can hide it.
 void Draw_Frame(QPainter& painter, const QRect& graph)
 {
@@ -195,7 +211,7 @@ void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGra
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setPen(INK);
     if (legend.empty) {
-        painter.drawText(layout.graph, Qt::AlignCenter | Qt::TextWordWrap, legend.empty_text);
+        Draw_Empty_Text(painter, layout.graph, legend.empty_text);
     } else {
         Draw_Vertical_Ticks(painter, layout, mapping.d_vertical, legend.vertical);
         Draw_Horizontal_Ticks(painter, layout, mapping.d_horizontal, legend.horizontal);
