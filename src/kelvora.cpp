@@ -392,9 +392,9 @@ void TKelvora::Update_Display(bool reset_view)
 
     d_tolerance_widget->Set_Results(d_ballbar_data.Maximum_Length() - d_ballbar_data.Minimum_Length(),
                                     d_ballbar_data.Median_Length());
-    d_analysis->Show_Report(report);
     Show_Bars(report);
     d_display->Update(reset_view);
+    d_analysis->Show_Report(report);
     d_measurement_widget->Enable_Display(false);
 }
 
