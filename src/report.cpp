@@ -13,7 +13,6 @@ namespace
 constexpr int NUMBER_WIDTH = 10;
 constexpr int NUMBER_DECIMALS = 4;
 constexpr int NAME_WIDTH = 20;
-constexpr int RULE_WIDTH = 71;
 constexpr int POSITION_LINE_LENGTH = NAME_WIDTH + 4 * (NUMBER_WIDTH + 1) + 1;
 constexpr double SMALLEST_BAND = 1e-6; // mm; narrower ranges and bands are numerical noise
 
@@ -45,7 +44,7 @@ public:
     }
 
     void Append_Blank() { Append(QString()); }
-    void Append_Rule() { Append(QString(RULE_WIDTH, QLatin1Char('-'))); }
+    void Append_Rule() { Append(QString(REPORT_WIDTH, QLatin1Char('-'))); }
 
     int Line_Count() const { return d_lines; }
     QString Text() const { return d_text; }

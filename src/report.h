@@ -8,6 +8,9 @@
 
 #include <vector>
 
+/// Letters of the rules in the report, the widest of its lines unless a name is long.
+constexpr int REPORT_WIDTH = 71;
+
 /// How one position stands to the tolerance band and to the sub-tolerance band, both centred on the median.
 struct TPositionFlags
 {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "reportwidget.h"
 
+#include "report.h"
+
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
@@ -35,10 +37,10 @@ QFont Report_Font()
 
 constexpr double SMALLEST_LETTERS = 7.0; // points
 
-/// The width of the report in pixels: its rules have 71 letters.
+/// The width of the report in pixels.
 double Width(const QFont& font)
 {
-    return QFontMetricsF(font).horizontalAdvance(QString(71, QLatin1Char('-')));
+    return QFontMetricsF(font).horizontalAdvance(QString(REPORT_WIDTH, QLatin1Char('-')));
 }
 
 } // namespace
