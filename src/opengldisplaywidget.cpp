@@ -63,22 +63,10 @@ TOpenGLDisplayWidget::TOpenGLDisplayWidget(const QWidget* parent, Qt::WindowFlag
     auto* layout = new QGridLayout(this);
     layout->setContentsMargins(1, 1, 1, 1);
     layout->setColumnStretch(0, 1);
-    if (version < 2) {
-        d_Message = new QLabel(Too_Old_Message(version_text, extensions_text), this);
-        d_Message->setObjectName(QStringLiteral("message"));
-        d_Message->setWordWrap(true);
-        d_Message->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-        d_Message->setPalette(Black_On_White(d_Message->palette()));
-        layout->addWidget(d_Message, 0, 0, 6, 1);
-    } else {
-        d_Display = new TOpenGLDisplay(this);
-        d_Display->setObjectName(QStringLiteral("display"));
-        d_Display->setAccessibleName(tr("Ball bars in the volume of the machine"));
-        d_Display->installEventFilter(this);
-        layout->addWidget(d_Display, 0, 0, 6, 1);
-        connect(d_Display, &TOpenGLWidget::Model_Click_Point, this,
-                &TOpenGLDisplayWidget::Model_Item_Clicked);
-    }
+    if (version < 2)
+        Create_Message(layout, Too_Old_Message(version_text, extensions_text));
+    else
+        Create_View(layout);
 
     d_ScaleToFit = Add_Button(layout, 0, tr("Scale to Fit"), QStringLiteral("tb_scale_to_fit"));
     d_Pan = Add_Button(layout, 1, tr("Pan Mode"), QStringLiteral("tb_pan"));
@@ -187,6 +175,26 @@ bool TOpenGLDisplayWidget::eventFilter(QObject* watched, QEvent* event)
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
         update();
     return QFrame::eventFilter(watched, event);
+}
+
+void TOpenGLDisplayWidget::Create_Message(QGridLayout* layout, const QString& text)
+{
+    d_Message = new QLabel(text, this);
+    d_Message->setObjectName(QStringLiteral("message"));
+    d_Message->setWordWrap(true);
+    d_Message->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    d_Message->setPalette(Black_On_White(d_Message->palette()));
+    layout->addWidget(d_Message, 0, 0, 6, 1);
+}
+
+void TOpenGLDisplayWidget::Create_View(QGridLayout* layout)
+{
+    d_Display = new TOpenGLDisplay(this);
+    d_Display->setObjectName(QStringLiteral("display"));
+    d_Display->setAccessibleName(tr("Ball bars in the volume of the machine"));
+    d_Display->installEventFilter(this);
+    layout->addWidget(d_Display, 0, 0, 6, 1);
+    connect(d_Display, &TOpenGLWidget::Model_Click_Point, this, &TOpenGLDisplayWidget::Model_Item_Clicked);
 }
 
 QToolButton* TOpenGLDisplayWidget::Add_Button(QGridLayout* layout, int row, const QString& tool_tip,

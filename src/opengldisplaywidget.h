@@ -47,6 +47,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void Create_Message(QGridLayout* layout, const QString& text);
+    void Create_View(QGridLayout* layout);
     QToolButton* Add_Button(QGridLayout* layout, int row, const QString& tool_tip, const QString& image);
     void Set_Mode(const QToolButton* mode);
 
