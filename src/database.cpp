@@ -205,7 +205,7 @@ QStringList TDatabase::Date_List(bool* valid) const
     if (!d_scope)
         return First_Column(Statements::Select_Dates(), valid);
     *valid = Know(DATES);
-    return d_scope->catalogue.Dates();
+    return *valid ? d_scope->catalogue.Dates() : QStringList();
 }
 
 QStringList TDatabase::Time_List(const QString& date, bool* valid) const
@@ -218,7 +218,7 @@ QStringList TDatabase::Time_List(const QString& date, bool* valid) const
     if (!d_scope)
         return First_Column(Statements::Select_Times(date_id), valid);
     *valid = Know(TIMES);
-    return d_scope->catalogue.Times(date_id);
+    return *valid ? d_scope->catalogue.Times(date_id) : QStringList();
 }
 
 TDatabaseItem TDatabase::Database_Item(const QString& date, const QString& time, bool* valid) const
