@@ -93,7 +93,10 @@ bool TDatabase::Initialize()
             return Fail(QString("Cannot create table '%1(...)'").arg(table.name));
         }
     }
-    return Change(Statements::Commit(), "Cannot create the tables");
+    if (Change(Statements::Commit(), "Cannot create the tables"))
+        return true;
+    Change_Or_Not(Statements::Roll_Back()); // left open it would keep other processes out
+    return false;
 }
 
 void TDatabase::Clear()
