@@ -207,9 +207,12 @@ void TDatabaseDialog::Selection_Changed()
     if (!d_database.Is_Connected())
         return;
     Update_Buttons();
+    const std::vector<TKey> keys = Selected_Keys();
+    if (keys.empty()) // the tree is being filled anew, most likely: a lock would be waited for twice
+        return;
     const TDatabase::TReading reading(&d_database);
     std::vector<QStringList> rows;
-    for (const auto& [date, time] : Selected_Keys()) {
+    for (const auto& [date, time] : keys) {
         bool valid = false;
         const TDatabaseItem item = d_database.Database_Item(date, time, &valid);
         if (valid)
@@ -394,10 +397,12 @@ void TDatabaseDialog::Work(const QString& text, const std::function<void(const T
     Set_Busy(false);
 }
 
-// What the main window tells of a command; nothing after one that went well.
+// What the main window tells of a command; nothing after one that went well. One that ended in silence leaves
+// what an earlier one has to tell.
 void TDatabaseDialog::Report(const QString& command, const TOutcome& outcome)
 {
-    d_failures.remove(command);
+    if (outcome.end == TOutcome::COMPLETE)
+        d_failures.remove(command);
     if (outcome.reason.isEmpty())
         return;
     const QString what = outcome.end == TOutcome::REFUSED ? tr("failed")
