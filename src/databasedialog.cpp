@@ -2,6 +2,7 @@
 #include "databasedialog.h"
 
 #include "backup.h"
+#include "keptcopies.h"
 #include "numbers.h"
 #include "panellayout.h"
 #include "wholefile.h"
@@ -243,9 +244,8 @@ void TDatabaseDialog::Backup()
 {
     if (!Is_Ready())
         return;
-    const QString file_name = Choose_Backup_File();
-    QSaveFile file(file_name);
-    if (file_name.isEmpty() || !Whole_File::Open(&file))
+    QSaveFile file(Choose_Backup_File());
+    if (!Open(&file, tr("Backup")))
         return;
     TOutcome outcome;
     Work(tr("Writing the backup"),
@@ -281,9 +281,8 @@ void TDatabaseDialog::Export()
 {
     if (!Is_Ready() || d_summary_table->rowCount() == 0)
         return;
-    const QString file_name = Choose_Export_File();
-    QSaveFile file(file_name);
-    if (file_name.isEmpty() || !Whole_File::Open(&file))
+    QSaveFile file(Choose_Export_File());
+    if (!Open(&file, tr("Export Summary")))
         return;
     file.write(Backup_File::Summary_Line(Backup_File::Summary_Titles()));
     for (int row = 0; row < d_summary_table->rowCount(); ++row)
@@ -342,6 +341,19 @@ QPushButton* TDatabaseDialog::Create_Button(const QString& name, const QString& 
 bool TDatabaseDialog::Is_Ready() const
 {
     return d_database.Is_Connected() && !d_busy;
+}
+
+// Opens a file to be written. A name typed or clicked in a hurry must not replace the measurements by a text
+// about them.
+bool TDatabaseDialog::Open(QSaveFile* file, const QString& command)
+{
+    const QString name = file->fileName();
+    if (name.isEmpty())
+        return false;
+    if (!Kept_Copies::Is_Database_Or_Copy(d_database_file, name))
+        return Whole_File::Open(file);
+    Report(command, {TOutcome::REFUSED, 0, tr("'%1' is the database or a copy of it").arg(name)});
+    return false;
 }
 
 bool TDatabaseDialog::Fail(const QString& error)

@@ -11,6 +11,7 @@
 #include <vector>
 
 class QPushButton;
+class QSaveFile;
 class QTableWidget;
 class QTreeWidget;
 class TWorkProgress;
@@ -71,6 +72,7 @@ private:
     QPushButton* Create_Button(const QString& name, const QString& text, void (TDatabaseDialog::*command)());
     bool Is_Ready() const;
     bool Fail(const QString& error);
+    bool Open(QSaveFile* file, const QString& command);
     std::vector<TKey> Selected_Keys() const;
     void Update_Buttons();
     void Set_Busy(bool busy);

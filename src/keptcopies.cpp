@@ -56,6 +56,16 @@ QStringList Kept_Copies::List(const QString& database_file)
     return copies;
 }
 
+bool Kept_Copies::Is_Database_Or_Copy(const QString& database_file, const QString& file)
+{
+    const QString path = QFileInfo(file).canonicalFilePath();
+    const QStringList measurements = List(database_file) << database_file;
+    return !path.isEmpty() &&
+           std::any_of(measurements.begin(), measurements.end(), [&path](const QString& measurement) {
+               return QFileInfo(measurement).canonicalFilePath() == path;
+           });
+}
+
 bool Kept_Copies::Put_In_Place(const QString& written_file, const QString& final_file)
 {
     return Bring_To_Disk(written_file) && QFile::rename(written_file, final_file) &&

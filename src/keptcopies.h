@@ -16,6 +16,8 @@ QString File_Name(const QString& database_file, const QDateTime& moment);
 QString Unfinished_File(const QString& database_file);
 /// The paths of all copies of `database_file` in the order of their dates.
 QStringList List(const QString& database_file);
+/// Whether a file, by whatever path or link, is `database_file` or one of its copies.
+bool Is_Database_Or_Copy(const QString& database_file, const QString& file);
 
 /// Puts a file that was written completely under its final name, on the disk for good: a copy is needed most
 /// after the power failed. Returns false where that is not possible.

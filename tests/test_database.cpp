@@ -583,8 +583,10 @@ TEST_F(DatabaseDialog, TellsWhatFailed)
     On_A_Full_Disk(100, [&] { EXPECT_EQ(Written("backup"), Written("export")); });
     EXPECT_EQ(d_dialog.Failures(),
               QStringList({"Backup failed: File too large", "Export Summary failed: File too large"}));
-    Written("export");
+    d_dialog.d_file = d_file; // the database itself
+    EXPECT_TRUE(Written("backup").startsWith("SQLite") && Written("export").startsWith("SQLite"));
     d_dialog.d_file = d_folder.filePath("other");
+    Written("export");
     EXPECT_EQ(Written("backup"), good);
     EXPECT_TRUE(d_dialog.Failures().isEmpty()); // what was done well in the end
 
