@@ -15,6 +15,7 @@ const QLatin1String DATE_KEY("Entry_Date:");
 const QLatin1String TIME_KEY("Entry_Time:");
 const QLatin1String POSITION_KEY("Entry:");
 constexpr int FIELD_COUNT = 12;
+constexpr int LONGEST_LINE = 100000000; // a text of the largest file in one line would find no memory
 
 QByteArray Key_Line(const QString& key, const QString& text)
 {
@@ -81,6 +82,8 @@ QByteArray Backup_File::Position_Lines(const TDatabaseItem& item)
 
 Backup_File::TRecord Backup_File::Read_Line(const QByteArray& line)
 {
+    if (line.size() > LONGEST_LINE)
+        return {};
     const QString text = Text_Of(line);
     const auto after = [&text](QLatin1String key) { return text.mid(key.size()); };
     if (text == HEADER)

@@ -35,7 +35,8 @@ struct TRecord
 
 /// Reads a line, with or without its newline. Blanks at its ends do not count, runs of blanks are one blank.
 /// Bytes that are no UTF-8, NUL and the non-characters U+FFFE and U+FFFF read as U+FFFD. A number that is no
-/// finite decimal reads as 0; a position without exactly twelve fields is UNKNOWN.
+/// finite decimal reads as 0; a position without exactly twelve fields is UNKNOWN, and so is a line of more
+/// than 100,000,000 bytes.
 TRecord Read_Line(const QByteArray& line);
 
 /// The line of `content` that begins at `*position`, without its newline; the position moves behind it.
