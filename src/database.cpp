@@ -318,8 +318,7 @@ int TDatabase::Make_Row(const QString& table, const QString& not_found, const QS
 int TDatabase::Insert_Row(const QString& table, const QString& insert)
 {
     qint64 row = -1;
-    Change(insert, Insert_Failure(table), &row);
-    return static_cast<int>(row);
+    return Change(insert, Insert_Failure(table), &row) ? static_cast<int>(row) : -1;
 }
 
 // The old positions go only when the new ones have come. Where a position is refused the transaction stays

@@ -115,9 +115,12 @@ int TDatabaseConnection::First_Id(const QString& statement, const QString& not_f
 
 bool TDatabaseConnection::Change(const QString& statement, const QString& failure, qint64* row)
 {
-    const bool good = Execute(d_change.get(), statement);
-    if (good && row)
-        *row = d_change->numRowsAffected() > 0 ? d_change->lastInsertId().toLongLong() : -1;
+    bool good = Execute(d_change.get(), statement);
+    if (good && row) {
+        *row = d_change->lastInsertId().toLongLong();
+        good = d_change->numRowsAffected() > 0 || Fail("A trigger left the row out");
+        d_last_code = good ? d_last_code : CONSTRAINT;
+    }
     d_change->finish();
     return good || Fail(failure + ".  Reason: " + d_last_error);
 }

@@ -40,7 +40,7 @@ protected:
     /// executed `reason` tells why.
     int First_Id(const QString& statement, const QString& not_found, QString* reason = nullptr) const;
     /// Executes a statement that must succeed: otherwise `failure` and the driver's words become the last
-    /// error. `row` receives the row that was inserted, -1 where a trigger left it out.
+    /// error. `row` receives the row that an insert has made; one that a trigger left out is a failure.
     bool Change(const QString& statement, const QString& failure, qint64* row = nullptr);
     /// Executes a statement that may fail without a word.
     void Change_Or_Not(const QString& statement);
