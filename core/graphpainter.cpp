@@ -138,7 +138,7 @@ TGraphPainter::TColumn TGraphPainter::Column_Of(const TVector2& point, int pixel
     return column;
 }
 
-void TGraphPainter::Draw_Column(const TColumn column)
+void TGraphPainter::Draw_Column(const TColumn& column)
 {
     if (column.several && column.pixel >= d_graph.left() && column.pixel <= d_graph.right())
         Draw_Straight_Line(d_painter,
@@ -230,7 +230,8 @@ void TGraphPainter::Draw_Crosses(const std::vector<TVector2>& points)
 void TGraphPainter::Draw_Squares(const std::vector<TVector2>& points)
 {
     TMarkers markers = Markers(points);
-    const size_t squares_that_fit = markers.marked.size() / (4 * MARKER * MARKER);
+    constexpr size_t side = 2 * MARKER;
+    const size_t squares_that_fit = markers.marked.size() / (side * side);
     if (d_opaque && markers.pixels.size() > squares_that_fit)
         return Fill_Squares_By_Rows(markers);
     for (const QPoint& p : markers.pixels)

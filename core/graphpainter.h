@@ -52,7 +52,7 @@ private:
 
     int Column_Pixel(double x) const;
     TColumn Column_Of(const TVector2& point, int pixel) const;
-    void Draw_Column(TColumn column);
+    void Draw_Column(const TColumn& column);
     TMarkers Markers(const std::vector<TVector2>& points) const;
     void Fill_Squares_By_Rows(TMarkers& markers);
 };
