@@ -5,25 +5,13 @@
 namespace
 {
 
-/// A set of bars along X of the given lengths, named P1, P2 and so on.
+/// A set of bars along X of the given lengths.
 void Fill(TBallBarData* data, const std::vector<double>& lengths)
 {
     data->Clear();
-    for (const double length : lengths) {
-        Types::TBallbar_Item item;
-        item.name = QString("P%1").arg(data->Ballbar_Item_Count() + 1);
-        item.sph2 = {length, 0, 0};
-        data->Add_Ballbar(item);
-    }
+    for (const double length : lengths)
+        data->Add_Ballbar({"P", {}, {length, 0, 0}, {}, 0, 0});
     data->Update_Stats();
-}
-
-std::vector<double> Counts(const THistogram& histogram)
-{
-    std::vector<double> counts;
-    for (size_t i = 1; i < histogram.bars.size(); ++i)
-        counts.push_back(histogram.bars[i].y);
-    return counts;
 }
 
 } // namespace
@@ -31,20 +19,11 @@ std::vector<double> Counts(const THistogram& histogram)
 TEST(Report, TextToTheCharacter)
 {
     TBallBarData data;
-    Types::TBallbar_Item item;
-    item.name = "P1";
-    item.sph1 = {10, -20, 0.5};
-    item.sph2 = {510.0123, -20, 0.5};
-    item.sph1_form = 0.0012;
-    item.sph2_form = 0.0009;
-    data.Add_Ballbar(item);
-    item.name = "A name of %2 and over 20";
-    item.sph2 = {10, 479.9877, 0.5};
-    item.sph2_form = 12345678.5;
-    data.Add_Ballbar(item);
-    item.name = "two\nlines";
-    item.sph2 = {10, -20, 500.5};
-    data.Add_Ballbar(item);
+    const TVector3 corner(10, -20, 0.5);
+    const TVector3 probe(900, -900, 900); // takes no part in the volume
+    data.Add_Ballbar({"P1", corner, {510.0123, -20, 0.5}, probe, 0.0012, 0.0009});
+    data.Add_Ballbar({"A name of %2 and over 20", {10, 479.9877, 0.5}, corner, probe, 0.0012, 12345678.5});
+    data.Add_Ballbar({"two\nlines", {10, -20, 500.5}, corner, {}, 0.0012, 12345678.5});
     data.Update_Stats();
 
     const TReport report = Build_Report(data, 0.015, 0.0);
@@ -109,33 +88,35 @@ TEST(Report, BandsAreCentredOnTheMidRange)
 TEST(Report, HistogramBins)
 {
     const std::pair<std::vector<double>, std::vector<double>> rows[] = {
-        {{800, 801, 802, 803, 804, 805, 806, 807, 808}, {1, 1, 1, 1, 1, 1, 1, 1, 1}},
-        {{800, 808, 800.5}, {1, 0, 0, 0, 0, 0, 0, 0, 1}}, // a length between two bins counts in neither
-        {{800, 800.25, 800.75, 808}, {2, 1, 0, 0, 0, 0, 0, 0, 1}},
-        {{7, 7}, {}},
+        // lengths and the bars' heights, of which the first leads to the others
+        {{800, 801, 802, 803, 804, 805, 806, 807, 808}, {0, 1, 1, 1, 1, 1, 1, 1, 1, 1}},
+        {{800, 808, 800.5}, {0, 1, 0, 0, 0, 0, 0, 0, 0, 1}}, // between two bins: counts in neither
+        {{800, 800.25, 800.75, 808}, {0, 2, 1, 0, 0, 0, 0, 0, 0, 1}},
         {{7, 7 + 5e-7}, {}},
-        {{7, 7 + 2e-6}, {1, 0, 0, 0, 0, 0, 0, 0, 1}},
+        {{7, 7 + 2e-6}, {0, 1, 0, 0, 0, 0, 0, 0, 0, 1}},
         {{7}, {}},
     };
     TBallBarData data;
     for (const auto& [lengths, counts] : rows) {
         Fill(&data, lengths);
         const TReport report = Build_Report(data, 0.5, 0.0);
-        EXPECT_EQ(Counts(report.histogram), counts);
-        const bool too_small =
-            report.text.endsWith("\n\nINF:  There range of the data is too small to graph");
-        EXPECT_EQ(too_small, counts.empty());
+        std::vector<double> found;
+        for (const TVector2& bar : report.histogram.bars)
+            found.push_back(bar.y);
+        EXPECT_EQ(found, counts);
+        EXPECT_EQ(report.text.endsWith("\n\nINF:  There range of the data is too small to graph"),
+                  counts.empty());
     }
     EXPECT_TRUE(Build_Report(TBallBarData(), 1, 1).text.isEmpty());
 
     Fill(&data, {800, 800, 804, 816});
     const THistogram histogram = Build_Report(data, 3.0, 0.0).histogram;
-    std::vector<TVector2> points = histogram.band;
-    points.insert(points.end(), {histogram.bars[0], histogram.bars[1], histogram.bars[9]});
     QString text;
-    for (const TVector2& point : points)
-        text += QString("%1,%2 ").arg(point.x).arg(point.y);
-    EXPECT_EQ(text, "806.5,0 806.5,3 809.5,3 809.5,0 805,0 800,2 816,1 "); // the mean, with no count, leads
+    for (const auto& points : {histogram.band, histogram.bars}) // the mean, with no count, leads the bars
+        for (const TVector2& point : points)
+            text += QString("%1,%2 ").arg(point.x).arg(point.y);
+    EXPECT_EQ(text, "806.5,0 806.5,3 809.5,3 809.5,0 "
+                    "805,0 800,2 802,0 804,1 806,0 808,0 810,0 812,0 814,0 816,1 ");
 
     Fill(&data, {10, 10, 10, 10, 10, 10, 10, 10, 10, 20}); // mean 11, deviation 3.16: 11 +- 4.74
     EXPECT_THAT(Build_Report(data, 1, 0).text.toStdString(),
