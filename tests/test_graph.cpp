@@ -40,6 +40,8 @@ void Expect_Range(const TGraphAxis& axis, double low, double high)
 
 TEST(GraphMapping, FitToData)
 {
+    const double end = 1e300;
+    const double gap = 1e288;
     // The points, the scaling (types, bars, zero, symmetric, locked, y minimum), and the ranges of x and y.
     const std::tuple<const char*, Points, TGraphScaling, double, double, double, double> rows[] = {
         {"nothing", {}, Types(2, 2), -5e-6, 5e-6, -5e-6, 5e-6},
@@ -51,13 +53,7 @@ TEST(GraphMapping, FitToData)
         {"no numbers", {{0, 1}, {HUGE_VAL, 2}, {3, -HUGE_VAL}, {NAN, 9}, {4, 2}}, Types(2, 2), 0, 4, 1, 2},
         {"far from zero", {{1e13, 1}, {1e13, 2}}, Types(2, 2), 1e13 - 10, 1e13 + 10, 1, 2},
         {"huge", {{-1.7e308, 1}, {1.7e308, 2}}, {2, 2, 0, 1, 1, 0, 1e308}, -1e300, 1e300, -1e300, 1e300},
-        {"beyond",
-         {{1.6e308, -1.7e308}},
-         Types(2, 2),
-         1e300 - 1e288,
-         1e300 + 1e288,
-         -1e300 - 1e288,
-         -1e300 + 1e288},
+        {"beyond", {{1.6e308, -1.7e308}}, Types(2, 2), end - gap, end + gap, -end - gap, -end + gap},
     };
     for (const auto& [name, points, scaling, x_min, x_max, y_min, y_max] : rows) {
         SCOPED_TRACE(name);
@@ -116,8 +112,7 @@ TEST(GraphMapping, LogarithmicAxis)
 
 TEST(GraphTicks, RoundStepsInsideTheAxis)
 {
-    // Scale, low, high, length, spacing; width and decimals of the format; labels, a dot for a line without
-    // one.
+    // Scale, low, high, length, spacing; width and decimals of the format; labels, a dot for a bare line.
     const std::tuple<int, double, double, double, double, int, int, const char*> rows[] = {
         {1, -0.7, 0.7, 200, 50, 8, 4, " -0.5000 0.0000 0.5000"},
         {1, 899.983, 900.021, 400, 90, 8, 4, " 899.9900 900.0000 900.0100 900.0200"},
@@ -152,14 +147,11 @@ TEST(GraphTicks, RoundStepsInsideTheAxis)
 
 TEST(GraphLayout, StandsByTheLineHeight)
 {
-    const auto part = [](int left, int top, int right, int bottom) {
-        return QRect(QPoint(left, top), QPoint(right, bottom));
-    };
-    const TGraphLayout layout = Graph_Layout({600, 400}, 10);
-    EXPECT_EQ(layout.graph, part(70, 20, 580, 360));
-    EXPECT_EQ(layout.vertical_labels, part(20, 0, 60, 380));
-    EXPECT_EQ(layout.vertical_title, part(0, 20, 20, 360));
-    EXPECT_EQ(layout.horizontal_labels, part(60, 360, 600, 380));
-    EXPECT_EQ(layout.horizontal_title, part(70, 380, 580, 400));
-    EXPECT_EQ(layout.graph_title, part(70, 0, 600, 20));
+    const TGraphLayout l = Graph_Layout({600, 400}, 10);
+    QString parts;
+    for (const QRect& part : {l.graph, l.vertical_labels, l.vertical_title, l.horizontal_labels,
+                              l.horizontal_title, l.graph_title})
+        parts +=
+            QString("%1,%2-%3,%4 ").arg(part.left()).arg(part.top()).arg(part.right()).arg(part.bottom());
+    EXPECT_EQ(parts, "70,20-580,360 20,0-60,380 0,20-20,360 60,360-600,380 70,380-580,400 70,0-600,20 ");
 }
