@@ -16,14 +16,10 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     QApplication::setPalette(dark_desktop);
     TOpenGLDisplayWidget frame;
     EXPECT_EQ(frame.findChild<TOpenGLDisplay*>(), nullptr);
-    EXPECT_EQ(Child<QLabel>(frame, "message").text(),
-              QString("<html><head/><body><p><span style=\" font-weight:700;\">ERR:  OpenGL version not "
-                      "supported.  No graphical display will be shown.</span></p>"
-                      "<p><span style=\" font-weight:500; text-decoration: underline;\">OpenGL Version "
-                      "Text:</span></p><p>%1</p>"
-                      "<p><span style=\" font-weight:500; text-decoration: underline;\">OpenGL "
-                      "Extensions:</span></p><p>%2</p></body></html>")
-                  .arg(version, extensions));
+    const QString message = Child<QLabel>(frame, "message").text().remove(QRegularExpression("<[^>]*>"));
+    EXPECT_EQ(message, QString("ERR:  OpenGL version not supported.  No graphical display will be shown."
+                               "OpenGL Version Text:%1OpenGL Extensions:%2")
+                           .arg(version, extensions));
     frame.resize(600, 400);
     frame.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&frame));
@@ -36,12 +32,6 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     QApplication::sendEvent(&Child<QToolButton>(frame, "tb_pan"), &help);
     for (QWidget* tip : QApplication::topLevelWidgets())
         EXPECT_TRUE(!tip->inherits("QTipLabel") || black_parts(tip->grab()) > 20);
-    frame.Add_BallBar(0, "A", {0, 0, 0}, {1, 1, 1}, {0, 0, 1}, true, true);
-    frame.Define_Machine_Volume({0, 0, 0}, {1, 1, 1});
-    frame.Set_Selection(0);
-    frame.Clear_Selection();
-    frame.Clear_BallBars();
-    frame.Update(true);
     for (QToolButton* button : frame.findChildren<QToolButton*>())
         button->click();
     EXPECT_TRUE(Child<QToolButton>(frame, "tb_rotate3d").isChecked());
