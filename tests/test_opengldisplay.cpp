@@ -140,7 +140,6 @@ TEST_F(OpenGLDisplay, ClicksReportThePointOnTheSurface)
     EXPECT_LT(Length(points.last() - CENTER), 2 * RADIUS);
     Drag(&view, Qt::LeftButton, {Pixel(&view, CENTER), Pixel(&view, CENTER) + QPointF(1, 0)}); // trembles
     EXPECT_EQ(items.size(), 12);
-    EXPECT_DEATH(view.Get_GLPixel_Depth(601, 0), "XPixel < viewport\\[2\\]");
 }
 
 TEST_F(OpenGLDisplay, WheelAndRightClickZoom)
@@ -317,8 +316,7 @@ TEST_F(OpenGLDisplay, EveryBarCarriesItsLabel)
         const QRect letter(Pixel(&view, anchor).toPoint() - QPoint(0, 9), QSize(9, 10));
         EXPECT_GT(Count(picture.copy(letter), [](const QColor& c) { return c.lightness() < 100; }), 3);
     }
-    view.Add(4, {0, 0, 0}, {1e300, 0, 0}, false, false, QString(5000, 'W'));
-    view.Add(5, {0, 0, 0}, {0, 0, 0}, false, false, QString(5000, '\n'));
+    view.Add(4, {0, 0, 0}, {1e300, 0, 0}, false, false, QString(5000, 'W') + QString(5000, '\n'));
     Fit(&view);
     EXPECT_TRUE(std::isnormal(view.Camera().projection(0)));
 }
@@ -344,8 +342,7 @@ TEST(OpenGLDisplayAlone, FindSelection)
                                              {{250, 0, 0}, 4}, {{150, 0, 90}, -1}};
     for (const auto& [point, offset] : rows)
         EXPECT_EQ(view.Find_Selection(point), offset) << point.x << ", " << point.y;
-    EXPECT_DEATH(view.Selection_Item(-1), "!\\(offset < 0\\)");
-    EXPECT_DEATH(view.Selection_Item(6), "offset < static_cast<int>\\(d_SelectionItems.size\\(\\)\\)");
+    EXPECT_DEATH(view.Selection_Item(6), "d_SelectionItems.size");
 }
 
 TEST(OpenGLDisplayAlone, LabelsLookAsIfPaintedOneByOne)
