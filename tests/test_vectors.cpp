@@ -48,14 +48,12 @@ TEST(Vectors, Arithmetic)
 
 TEST(VectorsDeathTest, Misuse)
 {
-    TVector2 a(1, 1);
-    const TVector3 v(1, 1, 1);
-    EXPECT_DEATH(a(2), "false");
-    EXPECT_DEATH(v(3), "false");
-    EXPECT_DEATH(TVector3().Normal(), "Length > std::numeric_limits<double>::epsilon\\(\\)");
-    EXPECT_DEATH(TVector2(1e-17, 0).Normal(), "Length > std::numeric_limits<double>::epsilon\\(\\)");
-    EXPECT_DEATH(v / -1.0, "d > std::numeric_limits<double>::epsilon\\(\\)");
-    EXPECT_DEATH(a /= 0.0, "d > std::numeric_limits<double>::epsilon\\(\\)");
+    EXPECT_DEATH(TVector2()(2), "false");
+    EXPECT_DEATH(TVector3()(3), "false");
+    EXPECT_DEATH(TVector3().Normal(), "epsilon");
+    EXPECT_DEATH(TVector2(1e-17, 0).Normal(), "epsilon");
+    EXPECT_DEATH(TVector3(1, 1, 1) / -1.0, "epsilon");
+    EXPECT_DEATH(TVector2(1, 1) /= 0.0, "epsilon");
 }
 
 TEST(Vectors, PointInTriangle)
