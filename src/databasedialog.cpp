@@ -128,7 +128,7 @@ TDatabaseDialog::TDatabaseDialog(QWidget* parent, Qt::WindowFlags flags)
     layout->addWidget(d_summary_table, 1, 1);
     layout->addLayout(Create_Buttons(), 2, 0, 1, 2);
     layout->setColumnStretch(0, 1);
-    layout->setColumnStretch(1, 3);
+    layout->setColumnStretch(1, 5);
     connect(d_tree, &QTreeWidget::itemSelectionChanged, this, &TDatabaseDialog::Selection_Changed);
 
     setWindowTitle(tr("Database"));
