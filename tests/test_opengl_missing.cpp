@@ -16,7 +16,8 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     QApplication::setPalette(dark_desktop);
     TOpenGLDisplayWidget frame;
     EXPECT_EQ(frame.findChild<TOpenGLDisplay*>(), nullptr);
-    const QString message = Child<QLabel>(frame, "message").text().remove(QRegularExpression("<[^>]*>"));
+    static const QRegularExpression tag("<[^>]*>");
+    const QString message = Child<QLabel>(frame, "message").text().remove(tag);
     EXPECT_EQ(message, QString("ERR:  OpenGL version not supported.  No graphical display will be shown."
                                "OpenGL Version Text:%1OpenGL Extensions:%2")
                            .arg(version, extensions));
