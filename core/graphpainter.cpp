@@ -230,7 +230,7 @@ void TGraphPainter::Draw_Crosses(const std::vector<TVector2>& points)
 void TGraphPainter::Draw_Squares(const std::vector<TVector2>& points)
 {
     TMarkers markers = Markers(points);
-    constexpr size_t side = 2 * MARKER;
+    constexpr auto side = size_t{2} * MARKER;
     const size_t squares_that_fit = markers.marked.size() / (side * side);
     if (d_opaque && markers.pixels.size() > squares_that_fit)
         return Fill_Squares_By_Rows(markers);
