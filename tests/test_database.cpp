@@ -6,6 +6,7 @@
 
 #include <QtSql>
 
+#include <cerrno>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
