@@ -275,7 +275,7 @@ double TArchive::Select_All()
     auto* tree = d_dialog.findChild<QTreeWidget*>("entries");
     TReference reference(d_file);
     return Compare(
-        Name("select all", "a scan for each set"), 1, 0.2,
+        Name("select all", "a scan for each set"), ROUNDS, 0.2,
         [&] {
             tree->clearSelection();
             tree->selectAll(); // every date; its times are folded in
