@@ -5,6 +5,9 @@ include(GNUInstallDirs)
 set(packaging ${PROJECT_SOURCE_DIR}/packaging)
 
 install(TARGETS kelvora RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+if(KELVORA_VALIDATE)
+  install(TARGETS kelvora_validate RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
 install(FILES ${packaging}/kelvora.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${packaging}/kelvora.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo
         RENAME org.example.kelvora.metainfo.xml)
@@ -26,7 +29,7 @@ foreach(size 16 24 32 48 64 128 512)
           DESTINATION ${hicolor}/${size}x${size}/apps RENAME kelvora.png)
 endforeach()
 
-# Manual page and changelog are installed compressed, without name and time, so that each build gives the same.
+# Manual pages and changelog are installed compressed, without name and time, so that each build gives the same.
 find_program(GZIP_PROGRAM gzip REQUIRED)
 function(kelvora_install_compressed file destination)
   set(compressed ${CMAKE_CURRENT_BINARY_DIR}/${file}.gz)
@@ -37,6 +40,9 @@ function(kelvora_install_compressed file destination)
   install(FILES ${compressed} DESTINATION ${destination})
 endfunction()
 kelvora_install_compressed(kelvora.1 ${CMAKE_INSTALL_MANDIR}/man1)
+if(KELVORA_VALIDATE)
+  kelvora_install_compressed(kelvora-validate.1 ${CMAKE_INSTALL_MANDIR}/man1)
+endif()
 kelvora_install_compressed(changelog ${CMAKE_INSTALL_DOCDIR})
 
 if(NOT PROJECT_IS_TOP_LEVEL)
@@ -62,5 +68,6 @@ against a tolerance that may depend on the length, draws a histogram and
 shows every bar in a 3-D view of the volume of the machine.
 
 Measurement sets are kept in a local SQLite database, which can be backed
-up to a text file and exported as a summary.")
+up to a text file and exported as a summary. The command kelvora-validate shows
+that the numbers are right on the computer where it is installed.")
 include(CPack)

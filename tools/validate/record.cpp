@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: MIT
+#include "record.h"
+
+#include "program.h"
+#include "tally.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDate>
+#include <QFile>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QSysInfo>
+#include <QVariant>
+
+#include <cstdio>
+
+namespace
+{
+
+const char* const INTRODUCTION =
+    "What the program computes and shows was held against numbers from elsewhere: certified ones, examples "
+    "that "
+    "were worked\nout by hand, and arithmetic with 50 digits that shares nothing with the program but the "
+    "formulas "
+    "of `numbers.md`. The\nprogram's side is the program itself: its reader, its windows, its database, its "
+    "backup. "
+    "`manual.md`, section\n*Validation*, says what this covers, what it does not, and when to repeat it.\n";
+
+const char* const SIGNATURES = "## Assessment\n\n"
+                               "| | |\n|---|---|\n"
+                               "| Fit for the intended use (yes / no, remarks) | |\n"
+                               "| Carried out by | |\n"
+                               "| Date | |\n"
+                               "| Signature | |\n";
+
+std::string Verdict(bool passed)
+{
+    return passed ? "passed" : "**FAILED**";
+}
+
+std::string Processor()
+{
+    QFile file(QStringLiteral("/proc/cpuinfo"));
+    file.open(QIODevice::ReadOnly);
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    for (const QByteArray& line : lines)
+        if (line.startsWith("model name"))
+            return line.mid(line.indexOf(':') + 1).trimmed().toStdString();
+    return Text_Of(QSysInfo::currentCpuArchitecture());
+}
+
+std::string Compiler()
+{
+#ifdef __clang__
+    return "clang++ " __clang_version__;
+#else
+    return "g++ " __VERSION__;
+#endif
+}
+
+std::string Sqlite()
+{
+    QString version;
+    {
+        QSqlDatabase database =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("version"));
+        database.setDatabaseName(QStringLiteral(":memory:"));
+        database.open();
+        QSqlQuery query(QStringLiteral("SELECT sqlite_version()"), database);
+        if (query.next())
+            version = query.value(0).toString();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("version"));
+    return Text_Of(version);
+}
+
+// What tells one build of the program from another; empty where the program is not beside the tool.
+std::string Program_Checksum()
+{
+    QFile program(QCoreApplication::applicationDirPath() + QStringLiteral("/kelvora"));
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    if (!program.open(QIODevice::ReadOnly) || !hash.addData(&program))
+        return "not beside this tool";
+    return "`" + hash.result().toHex().toStdString() + "`";
+}
+
+std::string Row(const std::string& name, const std::string& value)
+{
+    return "| " + name + " | " + value + " |\n";
+}
+
+std::string Identification(unsigned long long seed)
+{
+    return "| Examined | |\n|---|---|\n" + Row("Program", "Kelvora " KELVORA_VERSION) +
+           Row("SHA-256 of its file", Program_Checksum()) +
+           Row("Date", Text_Of(QDate::currentDate().toString(Qt::ISODate))) +
+           Row("Operating system", Text_Of(QSysInfo::prettyProductName())) + Row("Processor", Processor()) +
+           Row("Compiler", Compiler()) + Row("Qt", qVersion()) + Row("SQLite", Sqlite()) +
+           Row("Seed of the random sets", std::to_string(seed)) + "\n";
+}
+
+std::string Quantities(const TTally& tally)
+{
+    std::string table = "| Quantity | Decimals | Compared | Ties | Wrong |\n|---|---|--:|--:|--:|\n";
+    for (const auto& [quantity, count] : tally.Counts()) {
+        const std::string decimals = count.decimals == TTally::DRAWN   ? "drawn"
+                                     : count.decimals == TTally::WHOLE ? "–"
+                                                                       : std::to_string(count.decimals);
+        table += "| " + quantity + " | " + decimals + " | " + Grouped(count.compared) + " | " +
+                 Grouped(count.ties) + " | " + Grouped(count.wrong) + " |\n";
+    }
+    return table;
+}
+
+std::string Examples(const std::string& title, const char* expected, const std::vector<std::string>& lines)
+{
+    if (lines.empty())
+        return "";
+    std::string table =
+        "\n" + title + "\n\n| Where | Quantity | " + expected + " | Shown |\n|---|---|---|---|\n";
+    for (const std::string& line : lines)
+        table += line + "\n";
+    return table;
+}
+
+} // namespace
+
+void TRecord::Add(const TCheck& check)
+{
+    d_checks.push_back(check);
+    if (check.passed)
+        std::fprintf(stderr, "passed: %zu. %s\n", d_checks.size(), check.title.c_str());
+    else
+        std::fprintf(stderr, "FAILED: %zu. %s: %s\n", d_checks.size(), check.title.c_str(),
+                     check.fault.c_str());
+}
+
+bool TRecord::Passed() const
+{
+    for (const TCheck& check : d_checks)
+        if (!check.passed)
+            return false;
+    return true;
+}
+
+std::string TRecord::Text(unsigned long long seed) const
+{
+    std::string summary = "| | Check | Found | Result |\n|--:|---|---|---|\n";
+    std::string sections;
+    int number = 0;
+    for (const TCheck& check : d_checks) {
+        const std::string index = std::to_string(++number);
+        summary +=
+            "| " + index + " | " + check.title + " | " + check.found + " | " + Verdict(check.passed) + " |\n";
+        sections += "\n## " + index + ". " + check.title + "\n\n**Demanded:** " + check.demand +
+                    "\n\n**Found:** " + check.found + " – " + Verdict(check.passed) + ".\n\n" + check.details;
+        if (!check.passed)
+            sections += "\nFAILED: " + check.fault + "\n";
+    }
+    return "# Validation record of Kelvora " KELVORA_VERSION "\n\n" + Identification(seed) +
+           "Result: " + (Passed() ? "**all checks passed**" : "**FAILED**") + "\n\n" + INTRODUCTION + "\n" +
+           summary + sections + "\n" + SIGNATURES;
+}
+
+std::string Tables_Of(const TTally& tally)
+{
+    return Quantities(tally) + Examples("The first ties:", "By the formula", tally.Ties()) +
+           Examples("What is wrong:", "Expected", tally.Faults());
+}
+
+std::string First_Fault(const TTally& tally)
+{
+    return tally.Faults().empty() ? "nothing was compared" : tally.Faults().front();
+}
+
+std::string Grouped(long long number)
+{
+    std::string digits = std::to_string(number);
+    for (size_t end = digits.size(); end > 3; end -= 3)
+        digits.insert(end - 3, ",");
+    return digits;
+}

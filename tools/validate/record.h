@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+class TTally;
+
+/// One check as the record tells of it, in Markdown.
+struct TCheck
+{
+    std::string title;
+    std::string demand;
+    std::string found;
+    bool passed{false};
+    std::string details; ///< tables and examples
+    std::string fault;   ///< the first thing that did not pass, in one line
+};
+
+/// The record that is read, printed and signed: what was examined, a table of all checks, then each of them.
+class TRecord
+{
+public:
+    /// Adds a check and says on the standard error output how it ended.
+    void Add(const TCheck& check);
+
+    bool Passed() const;
+    std::string Text(unsigned long long seed) const;
+
+private:
+    std::vector<TCheck> d_checks;
+};
+
+/// The tables of a tally: its quantities, its ties, and what is wrong.
+std::string Tables_Of(const TTally& tally);
+
+/// "No fault" or what is wrong first, from the examples of a tally.
+std::string First_Fault(const TTally& tally);
+
+/// 1234567 as 1,234,567.
+std::string Grouped(long long number);
