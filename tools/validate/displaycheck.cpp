@@ -225,7 +225,7 @@ void Check_Display(TWindow* window, const TExactSet& set, const TExactTolerance&
 }
 
 void Check_Bars(const std::string& file, const TExactSet& set, const TExactTolerance& tolerance,
-                TTally* tally)
+                const std::string& place, TTally* tally)
 {
     TBallBarData data;
     data.Load_Data(QString::fromStdString(file));
@@ -233,6 +233,7 @@ void Check_Bars(const std::string& file, const TExactSet& set, const TExactToler
     const TExact sub_band = band * tolerance.Fraction();
     const TReport report = Build_Report(data, band.convert_to<double>(), sub_band.convert_to<double>());
     for (size_t i = 0; i < set.lengths.size() && i < report.flags.size(); ++i) {
+        tally->Set_Place(place + ", position " + std::to_string(i + 1));
         const auto side = [&](const TExact& edge) { return Side_Of(set.lengths[i], edge, set.on_grid); };
         const TSide low = side(set.median - band / 2);
         const TSide high = side(set.median + band / 2);

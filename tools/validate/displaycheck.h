@@ -15,7 +15,7 @@ void Check_Display(TWindow* window, const TExactSet& set, const TExactTolerance&
 /// Holds which bars the 3-D view shows as outside the tolerance and as inside the sub tolerance, as the
 /// program decides it of a measurement file, against the exact set.
 void Check_Bars(const std::string& file, const TExactSet& set, const TExactTolerance& tolerance,
-                TTally* tally);
+                const std::string& place, TTally* tally);
 
 /// Holds the summary table, the CSV file and the summaries in the database against the exact sets: the first
 /// two are computed from the stored positions, the last are of the sets as they were saved.

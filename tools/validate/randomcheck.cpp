@@ -53,7 +53,7 @@ void Check_Imported(const std::vector<TSample>& samples, TTally* tally)
         window.Import(sample.path);
         window.Set_Tolerance(sample.tolerance);
         Check_Display(&window, sample.exact, sample.tolerance, sample.name, tally);
-        Check_Bars(sample.path, sample.exact, sample.tolerance, tally);
+        Check_Bars(sample.path, sample.exact, sample.tolerance, sample.name, tally);
     }
 }
 
@@ -131,17 +131,20 @@ std::string Changes_Table(const TChanges& changes)
            row("standard deviation", changes.deviation);
 }
 
-const char* const DEMAND = "every number that the program shows of random sets is, to its last decimal, what "
-                           "the formula gives with 50 "
-                           "digits: in\nthe report, the histogram, the panels, the summary table and the CSV "
-                           "file, when the set is imported "
-                           "and again when it comes\nback from database, backup and restore. Where a number "
-                           "lies so near to halfway between "
-                           "two printed ones that a computer's\nnumbers cannot tell (within 0.0000000001 "
-                           "mm), both are right; such ties are "
-                           "counted. Likewise for a length on the edge of a\nband or bin; one set in five "
-                           "has lengths for which there is no "
-                           "such excuse, many of them exactly on an edge.";
+const char* const DEMAND =
+    "every number that the program shows of random measurements is, to its last decimal, what the formula "
+    "gives with\n"
+    "50 digits: in the report, the histogram, the panels, the summary table and the CSV file, when the "
+    "measurement is\n"
+    "imported and again when it comes back from database, backup and restore.\n\n"
+    "A number so near to halfway between two printed ones that a computer's numbers cannot tell (within\n"
+    "0.0000000001 mm) may be rounded to either; such ties are counted. They are no rarity: of numbers with 5 "
+    "decimals,\n"
+    "as the database keeps them, one in ten ends in 5 and is a tie at 4 decimals. The same goes for a length "
+    "on the\n"
+    "edge of a band or bin. One measurement in five has lengths that a computer holds without rounding, many "
+    "of them\n"
+    "exactly on an edge; there every such decision has to be the right one.";
 
 } // namespace
 

@@ -13,13 +13,15 @@
 #include <QSysInfo>
 #include <QVariant>
 
+#include <boost/version.hpp>
 #include <cstdio>
 
 namespace
 {
 
 const char* const INTRODUCTION =
-    "What the program computes and shows was held against numbers from elsewhere: certified ones, examples "
+    "Written by `kelvora-validate`. What the program computes and shows was held against numbers from "
+    "elsewhere: certified ones, examples "
     "that "
     "were worked\nout by hand, and arithmetic with 50 digits that shares nothing with the program but the "
     "formulas "
@@ -97,6 +99,7 @@ std::string Identification(unsigned long long seed)
            Row("Date", Text_Of(QDate::currentDate().toString(Qt::ISODate))) +
            Row("Operating system", Text_Of(QSysInfo::prettyProductName())) + Row("Processor", Processor()) +
            Row("Compiler", Compiler()) + Row("Qt", qVersion()) + Row("SQLite", Sqlite()) +
+           Row("Yardstick", "Boost.Multiprecision " BOOST_LIB_VERSION ", 50 decimal digits") +
            Row("Seed of the random sets", std::to_string(seed)) + "\n";
 }
 
@@ -113,14 +116,14 @@ std::string Quantities(const TTally& tally)
     return table;
 }
 
-std::string Examples(const std::string& title, const char* expected, const std::vector<std::string>& lines)
+std::string Examples(const std::string& title, const std::vector<TTally::TExample>& examples)
 {
-    if (lines.empty())
+    if (examples.empty())
         return "";
     std::string table =
-        "\n" + title + "\n\n| Where | Quantity | " + expected + " | Shown |\n|---|---|---|---|\n";
-    for (const std::string& line : lines)
-        table += line + "\n";
+        "\n" + title + "\n\n| Where | Quantity | By the formula | Shown |\n|---|---|---|---|\n";
+    for (const auto& [place, quantity, expected, shown] : examples)
+        table += "| " + place + " | " + quantity + " | " + expected + " | " + shown + " |\n";
     return table;
 }
 
@@ -165,13 +168,16 @@ std::string TRecord::Text(unsigned long long seed) const
 
 std::string Tables_Of(const TTally& tally)
 {
-    return Quantities(tally) + Examples("The first ties:", "By the formula", tally.Ties()) +
-           Examples("What is wrong:", "Expected", tally.Faults());
+    return Quantities(tally) + Examples("The first ties:", tally.Ties()) +
+           Examples("What is wrong:", tally.Faults());
 }
 
 std::string First_Fault(const TTally& tally)
 {
-    return tally.Faults().empty() ? "nothing was compared" : tally.Faults().front();
+    if (tally.Faults().empty())
+        return "nothing was compared";
+    const auto& [place, quantity, expected, shown] = tally.Faults().front();
+    return place + ", " + quantity + ": " + shown + " instead of " + expected;
 }
 
 std::string Grouped(long long number)

@@ -34,7 +34,7 @@ private:
 /// The tables of a tally: its quantities, its ties, and what is wrong.
 std::string Tables_Of(const TTally& tally);
 
-/// "No fault" or what is wrong first, from the examples of a tally.
+/// What is wrong first, in one line.
 std::string First_Fault(const TTally& tally);
 
 /// 1234567 as 1,234,567.

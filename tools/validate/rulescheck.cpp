@@ -37,13 +37,24 @@ TCheck Printed_Numbers_Are_Rounded(const TPrivateHome& home, TWindow* window)
     example.Show("The file; 0.03125 is 1/32, which a computer holds without rounding:", file);
     window->Import(home.Write("example.dat", file));
     window->Select(0);
-    const std::pair<const char*, const char*> shown[] = {
-        {"sphere1_x", "0.0313"},    {"sphere1_y", "-0.0313"},   {"sphere1_z", "0.0000"},
-        {"sphere2_x", "-0.0000"},   {"sphere2_y", "0.0001"},    {"sphere2_z", "1234.5679"},
-        {"sphere1_form", "0.0005"}, {"sphere2_form", "0.0005"}, {"probe_x", "-0.5000"},
-        {"probe_y", "0.0000"},      {"probe_z", "100.0000"}};
-    for (const auto& [field, by_hand] : shown)
-        example.Expect(std::string("`") + field + "`", by_hand, window->Field(field));
+    const struct
+    {
+        const char* name;
+        const char* field;
+        const char* by_hand;
+    } rows[] = {{"sphere 1, x", "sphere1_x", "0.0313"},
+                {"sphere 1, y", "sphere1_y", "-0.0313"},
+                {"sphere 1, z", "sphere1_z", "0.0000"},
+                {"sphere 2, x", "sphere2_x", "-0.0000"},
+                {"sphere 2, y", "sphere2_y", "0.0001"},
+                {"sphere 2, z", "sphere2_z", "1234.5679"},
+                {"form error of sphere 1", "sphere1_form", "0.0005"},
+                {"form error of sphere 2", "sphere2_form", "0.0005"},
+                {"probe offset, x", "probe_x", "-0.5000"},
+                {"probe offset, y", "probe_y", "0.0000"},
+                {"probe offset, z", "probe_z", "100.0000"}};
+    for (const auto& row : rows)
+        example.Expect(row.name, row.by_hand, window->Field(row.field));
     return example.Check();
 }
 
@@ -107,39 +118,38 @@ TCheck Tolerance_Forms(const TPrivateHome& home, TWindow* window, TTally* tally)
     example.Expect("shown at the first start, for 0.012 + 0.006 L / 1000", "0.0120+0.0060L/1000", at_first);
     tally->Text("Tolerance panel, expression at the start", "0.0120+0.0060L/1000", at_first);
     Import_Lengths(home, window, &example, {"1000", "1000", "4000"});
-    example.Show("The mean is 2000 mm, the median 2500 mm:", "T(L) = A + B * L / C | D");
+    example.Show(
+        "The mean is 2000 mm, the median 2500 mm; below are the tolerance in the report and in the panel:",
+        "T(L) = A + B * L / C | D");
     const struct
     {
         const char* expression;
-        const char* at_mean;
-        const char* at_median;
-        bool understood;
-    } rows[] = {{"0.010", "0.0100", "0.0100", true},
-                {"1.0", "1.0000", "1.0000", true},
-                {"1.0001", "0.0000", "0.0000", false},
-                {"0.012 + 0.006L/1000", "0.0240", "0.0270", true},
-                {"0.012+0.006l/1000", "0.0240", "0.0270", true},
-                {"0.012 + 1.0L/100000", "0.0320", "0.0370", true},
-                {"0.012 + 1.001L/100000", "0.0000", "0.0000", false},
-                {"0.012 + 0.006L/0.1", "0.0120", "0.0120", true},
-                {"0.012 + 0.0001L/0.11", "1.8302", "2.2847", true},
-                {"0.012 + 0.006L/1000 : 0.020", "0.0000", "0.0000", false},
-                {"0.012 + 0.006L/1000 | 0.0239", "0.0239", "0.0239", true},
-                {"0.012 + 0.006L/1000 | 0.025", "0.0240", "0.0250", true},
-                {"0.012 + 0.006L/1000 | 1.0", "0.0240", "0.0270", true},
-                {"0.012 + 0.006L/1000 | 1.001", "0.0000", "0.0000", false},
-                {"-0.010", "0.0000", "0.0000", false}};
+        const char* by_hand; ///< in the report, and in the panel
+    } rows[] = {{"0.010", "0.0100 and 0.0100"},
+                {"1.0", "1.0000 and 1.0000"},
+                {"1.0001", "marked, 0.0000 and 0.0000"},
+                {"0.012 + 0.006L/1000", "0.0240 and 0.0270"},
+                {"0.012+0.006l/1000", "0.0240 and 0.0270"},
+                {"0.012 + 1.0L/100000", "0.0320 and 0.0370"},
+                {"0.012 + 1.001L/100000", "marked, 0.0000 and 0.0000"},
+                {"0.012 + 0.006L/0.1", "0.0120 and 0.0120"},
+                {"0.012 + 0.0001L/0.11", "1.8302 and 2.2847"},
+                {"0.012 + 0.006L/1000 | 0.0239", "0.0239 and 0.0239"},
+                {"0.012 + 0.006L/1000 | 0.025", "0.0240 and 0.0250"},
+                {"0.012 + 0.006L/1000 | 1.0", "0.0240 and 0.0270"},
+                {"0.012 + 0.006L/1000 | 1.001", "marked, 0.0000 and 0.0000"},
+                {"0.012 + 0.006L/1000 : 0.020", "marked, 0.0000 and 0.0000"},
+                {"-0.010", "marked, 0.0000 and 0.0000"}};
     for (const auto& row : rows) {
         Apply(window, row.expression);
-        const std::string marked = window->Is_Marked("expression") ? "marked" : "understood";
+        const std::string verdict = window->Is_Marked("expression") ? "marked, " : "";
         window->Import(home.Write("example.dat", File_Of({"1000", "1000", "4000"})));
         std::string name = "`" + std::string(row.expression) + "`";
         const size_t bar = name.find('|');
         if (bar != std::string::npos)
             name.insert(bar, "\\"); // a bare one would end the cell of the table
-        example.Expect(name, row.understood ? "understood" : "marked", marked);
-        example.Expect(name + " in the report", row.at_mean, In_Report(*window, "Tolerance:"));
-        example.Expect(name + " in the panel", row.at_median, window->Field("tolerance"));
+        example.Expect(name, row.by_hand,
+                       verdict + In_Report(*window, "Tolerance:") + " and " + window->Field("tolerance"));
     }
     return example.Check();
 }
@@ -182,6 +192,14 @@ TCheck Band_Edges_Are_Inside(const TPrivateHome& home)
     example.Expect("inside a sub tolerance of 0.0078125", "P2, P3, P4", inside(0.0078125));
     example.Expect("inside a sub tolerance of 0.0078", "P3", inside(0.0078));
     example.Expect("inside a sub tolerance of 0", "none", inside(0.0));
+
+    const std::vector<std::string> uneven = {"500.000", "500.000", "500.020"};
+    example.Show("The band is centred on the median, 500.010, and not on the mean, 500.0067:",
+                 File_Of(uneven));
+    example.Expect("outside a tolerance of 0.0201", "none",
+                   Flagged(home, uneven, 0.0201, 0.0, &TPositionFlags::outside_tolerance));
+    example.Expect("outside a tolerance of 0.0199", "P1, P2, P3",
+                   Flagged(home, uneven, 0.0199, 0.0, &TPositionFlags::outside_tolerance));
     return example.Check();
 }
 
@@ -286,19 +304,29 @@ TCheck Machine_Limits_Are_Ordered(TWindow* window, TTally* tally)
     TWorkedExample example("Limits of the machine",
                            "bounds in the wrong order are put in order, and an axis is at "
                            "least 10 mm long. They are shown with 3 decimals.");
-    const char* const fields[] = {"min_x", "max_x", "min_y", "max_y", "min_z", "max_z"};
-    const std::vector<std::string> defaults = {"0.000",    "1200.000",  "0.000",
-                                               "2200.000", "-1000.000", "0.000"};
-    for (size_t i = 0; i < defaults.size(); ++i) {
-        example.Expect("`" + std::string(fields[i]) + "` at first", defaults[i], window->Field(fields[i]));
-        tally->Number("Machine panel, limits", Exact(defaults[i]), 3, window->Field(fields[i]));
+    const struct
+    {
+        const char* name;
+        const char* field;
+        const char* at_first;
+        const char* typed;
+        const char* used;
+    } rows[] = {{"Min X", "min_x", "0.000", "500", "100.000"},
+                {"Max X", "max_x", "1200.000", "100", "500.000"},
+                {"Min Y", "min_y", "0.000", "10", "10.000"},
+                {"Max Y", "max_y", "2200.000", "15", "20.000"},
+                {"Min Z", "min_z", "-1000.000", "-1000.5", "-1000.500"},
+                {"Max Z", "max_z", "0.000", "0", "0.000"}};
+    std::vector<std::string> typed;
+    for (const auto& row : rows) {
+        typed.emplace_back(row.typed);
+        example.Expect(std::string(row.name) + " at the first start", row.at_first, window->Field(row.field));
+        tally->Number("Machine panel, limits", Exact(row.at_first), 3, window->Field(row.field));
     }
-    const std::vector<double> limits = window->Machine_Limits({"500", "100", "10", "15", "-1000.5", "0"});
-    const char* const used[] = {"100.000", "500.000", "10.000", "20.000", "-1000.500", "0.000"};
+    const std::vector<double> limits = window->Machine_Limits(typed);
     for (size_t i = 0; i < limits.size(); ++i)
-        example.Expect(std::string("X typed as 500 to 100, Y as 10 to 15, Z as -1000.5 to 0: `") + fields[i] +
-                           "`",
-                       used[i], Printed(TExact(limits[i]), 3));
+        example.Expect(std::string(rows[i].name) + ", typed as " + rows[i].typed, rows[i].used,
+                       Printed(TExact(limits[i]), 3));
     return example.Check();
 }
 

@@ -10,7 +10,7 @@ namespace
 
 constexpr size_t MOST_EXAMPLES = 12;
 
-void Append_First(std::vector<std::string>* list, const std::vector<std::string>& more)
+void Append_First(std::vector<TTally::TExample>* list, const std::vector<TTally::TExample>& more)
 {
     const size_t room = MOST_EXAMPLES - std::min(MOST_EXAMPLES, list->size());
     const auto count = static_cast<std::ptrdiff_t>(std::min(room, more.size()));
@@ -70,9 +70,9 @@ void TTally::Note(const std::string& quantity, int decimals, TVerdict verdict, c
     if (verdict == RIGHT)
         return;
     ++(verdict == TIE ? count.ties : count.wrong);
-    std::vector<std::string>& examples = verdict == TIE ? d_ties : d_faults;
+    std::vector<TExample>& examples = verdict == TIE ? d_ties : d_faults;
     if (examples.size() < MOST_EXAMPLES)
-        examples.push_back("| " + d_place + " | " + quantity + " | " + expected + " | " + shown + " |");
+        examples.push_back({d_place, quantity, expected, shown});
 }
 
 void TTally::Add(const TTally& other)

@@ -26,6 +26,15 @@ public:
     static constexpr int WHOLE = -1; ///< decimals of a count, a yes or no, or a text
     static constexpr int DRAWN = -2; ///< of a number that is drawn and not printed
 
+    /// A comparison that is worth telling of.
+    struct TExample
+    {
+        std::string place;
+        std::string quantity;
+        std::string expected;
+        std::string shown;
+    };
+
     struct TCount
     {
         long long compared{0};
@@ -52,9 +61,9 @@ public:
 
     const std::map<std::string, TCount>& Counts() const { return d_counts; }
     TCount Sum() const;
-    /// The first ones of each, one line of a table each.
-    const std::vector<std::string>& Ties() const { return d_ties; }
-    const std::vector<std::string>& Faults() const { return d_faults; }
+    /// The first ones of each.
+    const std::vector<TExample>& Ties() const { return d_ties; }
+    const std::vector<TExample>& Faults() const { return d_faults; }
 
 private:
     enum TVerdict
@@ -69,6 +78,6 @@ private:
 
     std::string d_place;
     std::map<std::string, TCount> d_counts;
-    std::vector<std::string> d_ties;
-    std::vector<std::string> d_faults;
+    std::vector<TExample> d_ties;
+    std::vector<TExample> d_faults;
 };

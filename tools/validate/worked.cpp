@@ -18,12 +18,11 @@ void TWorkedExample::Show(const std::string& introduction, const std::string& te
 void TWorkedExample::Expect(const std::string& what, const std::string& by_hand, const std::string& shown)
 {
     const bool right = by_hand == shown;
-    const std::string row =
-        "| " + what + " | " + by_hand + " | " + shown + " | " + (right ? "passed" : "**FAILED**") + " |";
     ++d_compared;
-    d_rows += row + "\n";
+    d_rows +=
+        "| " + what + " | " + by_hand + " | " + shown + " | " + (right ? "passed" : "**FAILED**") + " |\n";
     if (!right && d_check.fault.empty())
-        d_check.fault = row;
+        d_check.fault = what + ": " + shown + " instead of " + by_hand;
 }
 
 TCheck TWorkedExample::Check() const
