@@ -80,6 +80,7 @@ TCheck Check_Formats(const TPrivateHome& home, TTally* all)
         const std::string backup = store.Written_Backup();
         stored = Read_Backup(backup);
         Check_Stored_Numbers(stored, imported.sets, &tally);
+        Check_Summaries(&store, stored, imported.sets, &tally);
         store.Restore_Into_New_Database();
         Check_Summaries(&store, stored, imported.sets, &tally);
         tally.Set_Place("backup of the restored database");

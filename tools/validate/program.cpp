@@ -13,12 +13,12 @@
 #include <QSlider>
 #include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QSqlRecord>
 #include <QTableWidget>
 #include <QThread>
 #include <QTime>
 #include <QToolButton>
 #include <QTreeWidget>
-#include <QVariant>
 
 namespace
 {
@@ -53,6 +53,26 @@ void Select_Stored(const TDatabaseDialog* dialog, int index)
 }
 
 } // namespace
+
+std::vector<QVariantList> Query(const QString& database_file, const QString& statement)
+{
+    const QString connection = QStringLiteral("query");
+    std::vector<QVariantList> rows;
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
+        database.setDatabaseName(database_file);
+        if (!database.open())
+            qFatal("Cannot open '%s'", qPrintable(database_file));
+        QSqlQuery query(statement, database);
+        while (query.next()) {
+            rows.emplace_back();
+            for (int column = 0; column < query.record().count(); ++column)
+                rows.back().append(query.value(column));
+        }
+    }
+    QSqlDatabase::removeDatabase(connection); // once nothing uses it any more
+    return rows;
+}
 
 std::string Text_Of(const QString& text)
 {
@@ -226,22 +246,15 @@ void TStore::Restore_Into_New_Database()
 
 std::vector<std::vector<double>> TStore::Stored_Summaries() const
 {
-    const QString name = QStringLiteral("summaries");
     std::vector<std::vector<double>> rows;
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-        database.setDatabaseName(QString::fromStdString(d_home.Database()));
-        database.open();
-        QSqlQuery query(QStringLiteral("SELECT count,min_length,max_length,mean_length,median_length,"
-                                       "stdev_length FROM summary ORDER BY date_id,time_id"),
-                        database);
-        while (query.next()) {
-            rows.emplace_back();
-            for (int column = 0; column < 6; ++column)
-                rows.back().push_back(query.value(column).toDouble());
-        }
+    for (const QVariantList& row :
+         Query(QString::fromStdString(d_home.Database()),
+               QStringLiteral("SELECT count,min_length,max_length,mean_length,median_length,stdev_length "
+                              "FROM summary ORDER BY date_id,time_id"))) {
+        rows.emplace_back();
+        for (const QVariant& value : row)
+            rows.back().push_back(value.toDouble());
     }
-    QSqlDatabase::removeDatabase(name);
     return rows;
 }
 

@@ -5,6 +5,7 @@
 #include "vector2.h"
 
 #include <QTemporaryDir>
+#include <QVariant>
 
 #include <map>
 #include <memory>
@@ -17,6 +18,9 @@ class TKelvora;
 struct TExactTolerance;
 
 std::string Text_Of(const QString& text);
+
+/// The rows that a statement finds in a database of SQLite.
+std::vector<QVariantList> Query(const QString& database_file, const QString& statement);
 
 /// A home directory that lives as long as the tool, so that nobody's settings and measurements are touched.
 class TPrivateHome

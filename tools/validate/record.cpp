@@ -8,10 +8,7 @@
 #include <QCryptographicHash>
 #include <QDate>
 #include <QFile>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QSysInfo>
-#include <QVariant>
 
 #include <boost/version.hpp>
 #include <cstdio>
@@ -63,18 +60,8 @@ std::string Compiler()
 
 std::string Sqlite()
 {
-    QString version;
-    {
-        QSqlDatabase database =
-            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("version"));
-        database.setDatabaseName(QStringLiteral(":memory:"));
-        database.open();
-        QSqlQuery query(QStringLiteral("SELECT sqlite_version()"), database);
-        if (query.next())
-            version = query.value(0).toString();
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("version"));
-    return Text_Of(version);
+    const auto rows = Query(QStringLiteral(":memory:"), QStringLiteral("SELECT sqlite_version()"));
+    return rows.empty() ? "" : Text_Of(rows.front().value(0).toString());
 }
 
 // What tells one build of the program from another; empty where the program is not beside the tool.
