@@ -54,7 +54,8 @@ std::array<std::string, 5> Columns(std::string line)
 
 int Whole(const std::string& text)
 {
-    return text.empty() || text.find_first_not_of("0123456789") != std::string::npos ? -1 : std::stoi(text);
+    const bool is_count = text.find_first_not_of("0123456789") == std::string::npos;
+    return is_count && !text.empty() && text.size() < 9 ? std::stoi(text) : -1;
 }
 
 void Check_Volume(const TExactSet& set, TReportText* report, TTally* tally)

@@ -20,6 +20,8 @@
 #include <QToolButton>
 #include <QTreeWidget>
 
+#include <cstdlib>
+
 namespace
 {
 
@@ -128,6 +130,7 @@ TWindow::~TWindow() = default;
 void TWindow::Import(const std::string& path)
 {
     d_window->Import_Ballbar_Data(QString::fromStdString(path));
+    d_positions = Shown_Positions();
 }
 
 void TWindow::Save()
@@ -143,6 +146,7 @@ void TWindow::Load(int index)
     auto* dialog = d_window->findChild<TDatabaseDialog*>();
     Select_Stored(dialog, index);
     dialog->Load();
+    d_positions = Shown_Positions();
 }
 
 void TWindow::Set_Tolerance(const TExactTolerance& tolerance)
@@ -154,7 +158,15 @@ void TWindow::Set_Tolerance(const TExactTolerance& tolerance)
 
 void TWindow::Select(int position)
 {
-    d_window->Ballbar_Item_Clicked(position);
+    d_window->Ballbar_Item_Clicked(position < d_positions ? position : -1);
+}
+
+int TWindow::Shown_Positions() const
+{
+    const std::string label = "Measurement Count:";
+    const std::string report = Report();
+    const size_t begin = report.find(label);
+    return begin == std::string::npos ? 0 : std::atoi(report.c_str() + begin + label.size());
 }
 
 std::string TWindow::Field(const std::string& name) const
@@ -185,6 +197,8 @@ std::vector<TVector2> TWindow::Histogram(int data_set) const
 {
     const auto* graph = Child<TGraphWidget>(d_window.get(), "histogram");
     std::vector<TVector2> points;
+    if (d_positions == 0 || Report().find("\nINF:") != std::string::npos)
+        return points;
     for (int i = 0; i < graph->DataSetSize(data_set); ++i)
         points.push_back(graph->GetPoint(data_set, i));
     return points;

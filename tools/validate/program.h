@@ -58,6 +58,7 @@ public:
     void Load(int index);
     /// Types an expression, presses Apply, if that is possible, and pulls the slider.
     void Set_Tolerance(const TExactTolerance& tolerance);
+    /// Selects a position; none where there are not as many.
     void Select(int position);
 
     /// What a field of the panels shows, by its object name; whether it is marked as not understood.
@@ -67,11 +68,15 @@ public:
     std::vector<double> Machine_Limits(const std::vector<std::string>& typed);
 
     std::string Report() const;
-    /// The points of the bars (0) and of the tolerance band (1).
+    /// The points of the bars (0) and of the tolerance band (1); none where the report says that there are
+    /// none.
     std::vector<TVector2> Histogram(int data_set) const;
 
 private:
+    int Shown_Positions() const;
+
     std::unique_ptr<TKelvora> d_window;
+    int d_positions{0}; ///< that the report counts
     std::map<std::string, QLineEdit*> d_fields;
 };
 
