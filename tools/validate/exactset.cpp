@@ -42,6 +42,7 @@ void Compute_Statistics(TExactSet* set)
 {
     std::vector<TExact>& lengths = set->lengths;
     lengths.clear();
+    lengths.reserve(set->positions.size());
     for (const TExactPosition& position : set->positions)
         lengths.push_back(position.Length());
     const TExact count = lengths.size();
@@ -52,6 +53,7 @@ void Compute_Statistics(TExactSet* set)
     set->median = (set->minimum + set->maximum) / 2;
 
     std::vector<TExact> squares;
+    squares.reserve(lengths.size());
     for (const TExact& length : lengths)
         squares.push_back((length - set->mean) * (length - set->mean));
     set->deviation = lengths.size() < 2 ? TExact(0) : TExact(mp::sqrt(Sum(squares) / (count - 1)));

@@ -99,7 +99,7 @@ std::string TPrivateHome::Path(const char* name) const
 
 std::string TPrivateHome::Write(const std::string& name, const std::string& content) const
 {
-    const std::string path = Path(("/" + name).c_str());
+    std::string path = Path(("/" + name).c_str());
     QFile file(QString::fromStdString(path));
     const auto size = static_cast<qint64>(content.size());
     if (!file.open(QIODevice::WriteOnly) || file.write(content.data(), size) != size || !file.flush())

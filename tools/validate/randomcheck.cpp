@@ -121,7 +121,7 @@ void Note_Changes(const std::vector<TSample>& samples, const std::vector<TExactS
 std::string Changes_Table(const TChanges& changes)
 {
     const auto row = [](const char* quantity, const TExact& change) {
-        return std::string("| ") + quantity + " | " + Printed(change, 7) + " |\n";
+        return Table_Row({quantity, Printed(change, 7)});
     };
     return "\nThe database keeps 5 decimals of each coordinate, so that stored sets differ a little from "
            "their files. "

@@ -33,11 +33,6 @@ const char* const SIGNATURES = "## Assessment\n\n"
                                "| Date | |\n"
                                "| Signature | |\n";
 
-std::string Verdict(bool passed)
-{
-    return passed ? "passed" : "**FAILED**";
-}
-
 std::string Processor()
 {
     QFile file(QStringLiteral("/proc/cpuinfo"));
@@ -74,20 +69,31 @@ std::string Program_Checksum()
     return "`" + hash.result().toHex().toStdString() + "`";
 }
 
-std::string Row(const std::string& name, const std::string& value)
-{
-    return "| " + name + " | " + value + " |\n";
-}
-
 std::string Identification(unsigned long long seed)
 {
-    return "| Examined | |\n|---|---|\n" + Row("Program", "Kelvora " KELVORA_VERSION) +
-           Row("SHA-256 of its file", Program_Checksum()) +
-           Row("Date", Text_Of(QDate::currentDate().toString(Qt::ISODate))) +
-           Row("Operating system", Text_Of(QSysInfo::prettyProductName())) + Row("Processor", Processor()) +
-           Row("Compiler", Compiler()) + Row("Qt", qVersion()) + Row("SQLite", Sqlite()) +
-           Row("Yardstick", "Boost.Multiprecision " BOOST_LIB_VERSION ", 50 decimal digits") +
-           Row("Seed of the random sets", std::to_string(seed)) + "\n";
+    const std::vector<std::string> rows[] = {
+        {"Program", "Kelvora " KELVORA_VERSION},
+        {"SHA-256 of its file", Program_Checksum()},
+        {"Date", Text_Of(QDate::currentDate().toString(Qt::ISODate))},
+        {"Operating system", Text_Of(QSysInfo::prettyProductName())},
+        {"Processor", Processor()},
+        {"Compiler", Compiler()},
+        {"Qt", qVersion()},
+        {"SQLite", Sqlite()},
+        {"Yardstick", "Boost.Multiprecision " BOOST_LIB_VERSION ", 50 decimal digits"},
+        {"Seed of the random measurements", std::to_string(seed)}};
+    std::string table = "| Examined | |\n|---|---|\n";
+    for (const auto& row : rows)
+        table += Table_Row(row);
+    return table;
+}
+
+std::string Section(const std::string& index, const TCheck& check)
+{
+    const std::string fault = check.passed ? "" : "\nFAILED: " + check.fault + "\n";
+    return "\n## " + index + ". " + check.title + "\n\n**Demanded:** " + check.demand + "\n\n**Found:** " +
+           check.found + " – " + Verdict(check.passed) + ".\n" + (check.details.empty() ? "" : "\n") +
+           check.details + fault;
 }
 
 std::string Quantities(const TTally& tally)
@@ -97,8 +103,8 @@ std::string Quantities(const TTally& tally)
         const std::string decimals = count.decimals == TTally::DRAWN   ? "drawn"
                                      : count.decimals == TTally::WHOLE ? "–"
                                                                        : std::to_string(count.decimals);
-        table += "| " + quantity + " | " + decimals + " | " + Grouped(count.compared) + " | " +
-                 Grouped(count.ties) + " | " + Grouped(count.wrong) + " |\n";
+        table += Table_Row(
+            {quantity, decimals, Grouped(count.compared), Grouped(count.ties), Grouped(count.wrong)});
     }
     return table;
 }
@@ -110,7 +116,7 @@ std::string Examples(const std::string& title, const std::vector<TTally::TExampl
     std::string table =
         "\n" + title + "\n\n| Where | Quantity | By the formula | Shown |\n|---|---|---|---|\n";
     for (const auto& [place, quantity, expected, shown] : examples)
-        table += "| " + place + " | " + quantity + " | " + expected + " | " + shown + " |\n";
+        table += Table_Row({place, quantity, expected, shown});
     return table;
 }
 
@@ -141,15 +147,11 @@ std::string TRecord::Text(unsigned long long seed) const
     int number = 0;
     for (const TCheck& check : d_checks) {
         const std::string index = std::to_string(++number);
-        summary +=
-            "| " + index + " | " + check.title + " | " + check.found + " | " + Verdict(check.passed) + " |\n";
-        sections += "\n## " + index + ". " + check.title + "\n\n**Demanded:** " + check.demand +
-                    "\n\n**Found:** " + check.found + " – " + Verdict(check.passed) + ".\n\n" + check.details;
-        if (!check.passed)
-            sections += "\nFAILED: " + check.fault + "\n";
+        summary += Table_Row({index, check.title, check.found, Verdict(check.passed)});
+        sections += Section(index, check);
     }
     return "# Validation record of Kelvora " KELVORA_VERSION "\n\n" + Identification(seed) +
-           "Result: " + (Passed() ? "**all checks passed**" : "**FAILED**") + "\n\n" + INTRODUCTION + "\n" +
+           "\nResult: " + (Passed() ? "**all checks passed**" : "**FAILED**") + "\n\n" + INTRODUCTION + "\n" +
            summary + sections + "\n" + SIGNATURES;
 }
 
@@ -165,6 +167,19 @@ std::string First_Fault(const TTally& tally)
         return "nothing was compared";
     const auto& [place, quantity, expected, shown] = tally.Faults().front();
     return place + ", " + quantity + ": " + shown + " instead of " + expected;
+}
+
+std::string Table_Row(const std::vector<std::string>& cells)
+{
+    std::string row = "|";
+    for (const std::string& cell : cells)
+        row.append(" ").append(cell).append(" |");
+    return row + "\n";
+}
+
+std::string Verdict(bool passed)
+{
+    return passed ? "passed" : "**FAILED**";
 }
 
 std::string Grouped(long long number)

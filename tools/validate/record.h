@@ -37,5 +37,10 @@ std::string Tables_Of(const TTally& tally);
 /// What is wrong first, in one line.
 std::string First_Fault(const TTally& tally);
 
+/// A row of a table in Markdown, with its line feed.
+std::string Table_Row(const std::vector<std::string>& cells);
+
+std::string Verdict(bool passed);
+
 /// 1234567 as 1,234,567.
 std::string Grouped(long long number);

@@ -86,9 +86,8 @@ void Compare(const char* way, const TReference& reference, const TCertified& cer
     const TExact mean = Shared_Digits(TExact(computed.mean), certified.mean);
     const TExact deviation = Shared_Digits(TExact(computed.deviation), certified.deviation);
     const bool passed = mean >= Exact(DIGITS_OF_MEAN) && deviation >= Exact(reference.digits_of_deviation);
-    result->rows += std::string("| ") + reference.name + " | " + way + " | " + Printed(mean, 1) + " | " +
-                    DIGITS_OF_MEAN + " | " + Printed(deviation, 1) + " | " + reference.digits_of_deviation +
-                    " | " + (passed ? "passed" : "**FAILED**") + " |\n";
+    result->rows += Table_Row({reference.name, way, Printed(mean, 1), DIGITS_OF_MEAN, Printed(deviation, 1),
+                               reference.digits_of_deviation, Verdict(passed)});
     if (!passed && result->fault.empty())
         result->fault = std::string(reference.name) + " by way of " + way + ": " + Printed(mean, 1) +
                         " and " + Printed(deviation, 1) + " digits. ";

@@ -19,8 +19,7 @@ void TWorkedExample::Expect(const std::string& what, const std::string& by_hand,
 {
     const bool right = by_hand == shown;
     ++d_compared;
-    d_rows +=
-        "| " + what + " | " + by_hand + " | " + shown + " | " + (right ? "passed" : "**FAILED**") + " |\n";
+    d_rows += Table_Row({what, by_hand, shown, Verdict(right)});
     if (!right && d_check.fault.empty())
         d_check.fault = what + ": " + shown + " instead of " + by_hand;
 }
