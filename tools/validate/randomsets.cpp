@@ -94,7 +94,7 @@ TExactTolerance TRandomSets::Tolerance(bool on_grid)
 
 std::string TRandomSets::Number(double value)
 {
-    const std::string text = Fixed_Digits(value, d_decimals);
+    std::string text = Fixed_Digits(value, d_decimals);
     switch (Random(0, 19)) {
     case 0:
         return " " + text + " ";

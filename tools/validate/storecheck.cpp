@@ -27,10 +27,11 @@ std::vector<std::pair<std::string, TExact>> Summary_Of(const TExactSet& set)
 void Check_Row(const std::string& where, const TExactSet& set, const std::vector<std::string>& cells,
                TTally* tally)
 {
+    const std::string start = where + ", ";
     size_t column = 2;
     for (const auto& [name, value] : Summary_Of(set)) {
         const std::string shown = column < cells.size() ? cells[column] : "(not there)";
-        tally->Number(where + ", " + name, value, DECIMALS, shown);
+        tally->Number(start + name, value, DECIMALS, shown);
         ++column;
     }
 }
