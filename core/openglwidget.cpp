@@ -112,7 +112,7 @@ void TOpenGLWidget::Set_Rotation_Center()
 
 void TOpenGLWidget::Rotate_Model(const TVector3& axis, const double& angle)
 {
-    if (!(Length(axis) >= 1e-6) || !Make_Current())
+    if (!(axis.Length() >= 1e-6) || !Make_Current())
         return;
     TVector3 unit_axis(axis);
     TMat4 model = Read_Camera().model;
@@ -301,13 +301,13 @@ void TOpenGLWidget::initializeGL()
     glDepthRange(0.0, 1.0);
     glPixelTransferf(GL_DEPTH_BIAS, 0.0F);
     glPixelTransferf(GL_DEPTH_SCALE, 1.0F);
-    if (d_Initialised) {
+    if (d_initialised) {
         d_FitRequested = true; // a move to another window: a new view of the scene in the owner's drag mode
         return;
     }
     d_PanMode = true;
     d_Rotate2dMode = d_Rotate3dMode = false;
-    d_Initialised = true;
+    d_initialised = true;
 }
 
 void TOpenGLWidget::resizeGL(int width, int height)

@@ -15,10 +15,10 @@ constexpr double FLOAT = 1e-6; // the driver keeps its matrices in single precis
 class TTestDisplay : public TOpenGLDisplay
 {
 public:
-    using TOpenGLDisplay::d_BallBars;
+    using TOpenGLDisplay::d_ballbars;
     using TOpenGLDisplay::d_RotationCenter;
     using TOpenGLDisplay::d_RubberBand;
-    using TOpenGLDisplay::d_TriadOrigin;
+    using TOpenGLDisplay::d_triad_origin;
     using TOpenGLDisplay::Triad;
 
     TCamera Camera()
@@ -101,12 +101,12 @@ TEST_F(OpenGLDisplay, FirstPaintFitsAndResizingDoesNot)
 {
     view.Add(0, {-400, 0, 0}, {100, 500, 50}); // leaves the machine's volume
     Fit(&view);
-    for (const TVector3& end : {TVector3(-400, 0, 0), {100, 500, 50}, view.d_TriadOrigin})
+    for (const TVector3& end : {TVector3(-400, 0, 0), {100, 500, 50}, view.d_triad_origin})
         EXPECT_TRUE(view.rect().contains(Pixel(&view, end).toPoint()));
     view.Clear_BallBars();
     Fit(&view);
     const QImage box = view.grabFramebuffer();
-    const TVector3 triad = view.d_TriadOrigin;
+    const TVector3 triad = view.d_triad_origin;
     for (const TVector3& on_line :
          {TVector3(15, 0, 0), {0, 10, 0}, {0, 0, 10}, {15, 20, 20}, {30, 10, 20}, triad}) {
         const QRect spot(Pixel(&view, on_line).toPoint() - QPoint(1, 1), QSize(3, 3));
@@ -306,7 +306,7 @@ TEST_F(OpenGLDisplay, EveryBarCarriesItsLabel)
         view.Add(i, {0, 12.0 * i, 0}, {40, 12.0 * i, 0}, false, i % 2 == 1);
     Fit(&view);
     const QImage picture = view.grabFramebuffer();
-    for (const auto& bar : view.d_BallBars) {
+    for (const auto& bar : view.d_ballbars) {
         const QPoint corner = Pixel(&view, bar.label).toPoint() - QPoint(1, 1);
         const QRect label(corner, QFontMetrics(view.font()).size(0, bar.name) + QSize(3, 3));
         EXPECT_EQ(picture.pixelColor(corner), QColor(236, 236, 236)); // 224 at 160/255 over white
