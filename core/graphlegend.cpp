@@ -93,7 +93,7 @@ std::vector<TGraphTick> Horizontal_Ticks(const QPainter& painter, const TGraphAx
 {
     const int gap = painter.fontMetrics().averageCharWidth();
     // The cell of a number in full may be wider than the axis, and the number then written otherwise.
-    const int third = static_cast<int>(std::abs(axis.d_end - axis.d_begin)) / 3;
+    const int third = static_cast<int>(std::abs(axis.end - axis.begin)) / 3;
     for (int spacing = std::min(format.cell.width(), third);;) {
         std::vector<TGraphTick> ticks = Graph_Ticks(axis, format, spacing);
         const int needed = Label_Width(painter, ticks) + gap;
@@ -213,8 +213,8 @@ void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGra
     if (legend.empty) {
         Draw_Empty_Text(painter, layout.graph, legend.empty_text);
     } else {
-        Draw_Vertical_Ticks(painter, layout, mapping.d_vertical, legend.vertical);
-        Draw_Horizontal_Ticks(painter, layout, mapping.d_horizontal, legend.horizontal);
+        Draw_Vertical_Ticks(painter, layout, mapping.vertical, legend.vertical);
+        Draw_Horizontal_Ticks(painter, layout, mapping.horizontal, legend.horizontal);
     }
     Draw_Frame(painter, layout.graph);
     Draw_Titles(painter, layout, legend);

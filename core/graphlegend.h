@@ -7,7 +7,7 @@
 #include <QString>
 
 class QPainter;
-class TGraphMapping;
+struct TGraphMapping;
 
 /// The parts of a graph, pixels.
 struct TGraphLayout

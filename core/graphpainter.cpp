@@ -142,8 +142,8 @@ void TGraphPainter::Draw_Column(const TColumn& column)
 {
     if (column.several && column.pixel >= d_graph.left() && column.pixel <= d_graph.right())
         Draw_Straight_Line(d_painter,
-                           {column.pixel, Whole_Pixel(d_mapping.d_vertical.Position(column.high)),
-                            column.pixel, Whole_Pixel(d_mapping.d_vertical.Position(column.low))},
+                           {column.pixel, Whole_Pixel(d_mapping.vertical.Position(column.high)), column.pixel,
+                            Whole_Pixel(d_mapping.vertical.Position(column.low))},
                            d_color);
 }
 
@@ -172,9 +172,9 @@ void TGraphPainter::Draw_Line(const std::vector<TVector2>& points)
 
 void TGraphPainter::Draw_Bars(const std::vector<TVector2>& points, int half_width, double largest_width)
 {
-    const auto edge = [this](double x) { return Whole_Pixel(d_mapping.d_horizontal.Position(x)); };
+    const auto edge = [this](double x) { return Whole_Pixel(d_mapping.horizontal.Position(x)); };
     const double reach = std::max(0.0, largest_width) / 2.0;
-    const int zero_row = Whole_Pixel(d_mapping.d_vertical.Position(0.0));
+    const int zero_row = Whole_Pixel(d_mapping.vertical.Position(0.0));
     for (const TVector2& point : points) {
         const QPoint pixel = Whole_Pixel(d_mapping.Position(point));
         if (!std::isfinite(point.x) || !std::isfinite(point.y) || pixel.y() == zero_row)

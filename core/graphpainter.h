@@ -10,7 +10,7 @@
 
 class QLine;
 class QPainter;
-class TGraphMapping;
+struct TGraphMapping;
 
 /// Draws a horizontal or vertical line of one pixel's width, both ends included: the pixels that a pen would
 /// draw, which goes from point to point and takes six times as long.
