@@ -130,17 +130,17 @@ int Longest(const std::vector<QString>& labels)
 // The labels of all ticks in one notation: fixed unless that is long and the other one clearly shorter.
 std::vector<QString> Labels(const TTickValues& ticks, int decimals)
 {
-    constexpr int long_label = 10;
-    constexpr int clearly = 3;
+    constexpr int LONG_LABEL = 10;
+    constexpr int CLEARLY = 3;
     std::vector<QString> fixed;
     for (const TTickValue& tick : ticks)
         fixed.push_back(tick.labelled ? Fixed_Label(tick, decimals) : QString());
-    if (Longest(fixed) <= long_label)
+    if (Longest(fixed) <= LONG_LABEL)
         return fixed;
     std::vector<QString> brief;
     for (const TTickValue& tick : ticks)
         brief.push_back(tick.labelled ? Short_Label(tick) : QString());
-    return Longest(brief) + clearly <= Longest(fixed) ? brief : fixed;
+    return Longest(brief) + CLEARLY <= Longest(fixed) ? brief : fixed;
 }
 
 } // namespace

@@ -221,6 +221,7 @@ void TGraphWidget::Choose_Label_Formats(const QPainter& painter, TView* view) co
     Measure_Cell(&legend.vertical, painter);
 }
 
+// Draws the present view as a picture of that size at the origin of the painter.
 void TGraphWidget::Draw(QPainter& painter, const QSize& size) const
 {
     TView view;

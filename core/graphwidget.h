@@ -115,9 +115,6 @@ public:
     const TGraphLabelFormat& Horizontal_Label_Format() const { return d_view.legend.horizontal; }
     const TGraphLabelFormat& Vertical_Label_Format() const { return d_view.legend.vertical; }
 
-    /// Draws the present view as a picture of `size` pixels at the origin of `painter`.
-    void Draw(QPainter& painter, const QSize& size) const;
-
     /// Draws the present view over all of `device` (picture, image, SVG, PDF): letters and lines are as large
     /// as on the screen, whatever the resolution and the pixel ratio of the device. One that has no size of
     /// its own gets the size of the widget. False where the device cannot be painted on.
@@ -192,6 +189,7 @@ private:
     void Release_Left(const QPoint& pointer);
 
     int Cursor_Text_Width(const QPainter& painter, const TView& view) const;
+    void Draw(QPainter& painter, const QSize& size) const;
     void Draw_View(QPainter& painter, const QRect& area, TView* view) const;
     void Draw_Legend(QPainter& painter, TView* view) const;
     void Draw_Data(QPainter& painter, const TView& view) const;

@@ -72,8 +72,9 @@ QString Fixed(double value, int decimals, int width)
     return text.rightJustified(width);
 }
 
-// What QString::number() writes, in half the time. The two differ at most where a value is a multiple of
-// 2^-(decimals + 1): only there it can lie halfway between two texts, and only 0 has a sign to drop.
+// Writes what QString::number() does, in half the time. The two round differently where a value lies halfway
+// between two texts, and only a multiple of 2^-(decimals + 1) can. Such values are left to Qt, and so is 0,
+// which is one of them: Qt drops its sign.
 void Append_Fixed(QString* text, double value, int decimals)
 {
     const double multiple = std::ldexp(value, decimals + 1);

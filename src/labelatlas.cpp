@@ -46,8 +46,8 @@ void TLabelAtlas::Add(const QString& name, const QPoint& pixel)
     d_boxes.push_back({name, box.topLeft() * d_ratio, picture});
 }
 
-// A pixel of a box costs twice as much to copy to the view as one of an image that is copied there at once:
-// very many boxes, which overlap, go into an image first, where they cost next to nothing.
+// To copy a pixel of a box to the view takes twice as long as to copy one of an image. Where the boxes, which
+// overlap, are larger than half of the view together, they go into an image of the view first.
 void TLabelAtlas::Draw(QPainter* painter)
 {
     const QSize size = d_view * d_ratio;

@@ -44,8 +44,8 @@ QPalette Black_On_White(QPalette palette)
     return palette;
 }
 
-// The frame's style sheet has no selector and whitens the tips of its buttons too, whose text may be white
-// on the desktop: both colours of theirs.
+// The frame's style sheet has no selector, so it whitens the tool tips too. On a dark desktop their text is
+// white: the tips get both colours.
 const QString TIP_STYLE = QStringLiteral("QToolTip { color: black; background-color: rgb(255, 255, 220); "
                                          "border: 1px solid black; padding: 1px; }");
 
