@@ -113,8 +113,3 @@ TVector3 operator-(const double& d, const TVector3& v)
 {
     return v - d;
 }
-
-double Length(const TVector3& v)
-{
-    return std::sqrt(v ^ v);
-}

@@ -49,6 +49,3 @@ TVector3 operator-(const TVector3& v, const double& d);
 
 /// The same as v - d: the scalar is taken from every component whichever side it stands on.
 TVector3 operator-(const double& d, const TVector3& v);
-
-/// Euclidean length of v.
-double Length(const TVector3& v);
