@@ -490,7 +490,7 @@ void TGraphWidget::Draw_Legend(QPainter& painter)
     legend.empty = Data_Range().d_empty;
     legend.empty_text = d_empty_text;
     legend.cursor_text_width = d_show_cursor_position ? Cursor_Text_Width(painter) : 0;
-    Draw_Graph_Legend(painter, d_view.layout, d_view.mapping, legend);
+    Draw_Graph_Legend(painter, d_view.layout, d_view.mapping, legend, d_texts);
 }
 
 void TGraphWidget::Draw_Data(QPainter& painter) const
