@@ -30,17 +30,16 @@ QRect Centred_Within(const QRect& band, int centre, int width)
 }
 
 // One line of text along a band, over `centre` as far as the ends of the band allow.
-void Draw_Title(QPainter& painter, const QRect& band, int centre, const QString& title)
+void Draw_Title(QPainter& painter, TGraphTexts& texts, const QRect& band, int centre, const QString& title)
 {
-    const QFontMetrics metrics = painter.fontMetrics();
-    const int width = metrics.horizontalAdvance(title);
+    const int width = texts.Width(painter, title);
     const QString text =
-        width > band.width() ? metrics.elidedText(title, Qt::ElideRight, band.width()) : title;
-    painter.drawText(Centred_Within(band, centre, std::min(width, band.width())),
-                     Qt::AlignCenter | Qt::TextDontClip, text);
+        width <= band.width() ? title : painter.fontMetrics().elidedText(title, Qt::ElideRight, band.width());
+    texts.Draw(painter, Centred_Within(band, centre, std::min(width, band.width())), Qt::AlignCenter, text);
 }
 
-void Draw_Titles(QPainter& painter, const TGraphLayout& layout, const TGraphLegend& legend)
+void Draw_Titles(QPainter& painter, TGraphTexts& texts, const TGraphLayout& layout,
+                 const TGraphLegend& legend)
 {
     const int middle = layout.graph.center().x();
     painter.setPen(INK);
@@ -48,13 +47,13 @@ void Draw_Titles(QPainter& painter, const TGraphLayout& layout, const TGraphLege
     QRect bottom = layout.horizontal_title;
     bottom.setLeft(legend.cursor_text_width);
     bottom.setRight(layout.widget.right());
-    Draw_Title(painter, bottom, middle, legend.horizontal_title);
+    Draw_Title(painter, texts, bottom, middle, legend.horizontal_title);
 
     painter.save();
     QFont bold = painter.font();
     bold.setBold(true);
     painter.setFont(bold);
-    Draw_Title(painter, layout.graph_title, middle, legend.graph_title);
+    Draw_Title(painter, texts, layout.graph_title, middle, legend.graph_title);
     painter.restore();
 
     // Turned to the left: along the band runs upwards from the bottom end.
@@ -62,19 +61,19 @@ void Draw_Titles(QPainter& painter, const TGraphLayout& layout, const TGraphLege
     painter.rotate(-90.0);
     const int end = layout.vertical_labels.bottom() + 1;
     const QRect upwards(-end, layout.vertical_title.left(), end, layout.vertical_title.width());
-    Draw_Title(painter, upwards, -layout.graph.center().y(), legend.vertical_title);
+    Draw_Title(painter, texts, upwards, -layout.graph.center().y(), legend.vertical_title);
     painter.restore();
 }
 
-// Pixels of the longest label. Measuring text takes half as long as drawing it: one stands for all.
-int Label_Width(const QPainter& painter, const std::vector<TGraphTick>& ticks)
+// Pixels of the label with the most letters, which stands for all.
+int Label_Width(const QPainter& painter, TGraphTexts& texts, const std::vector<TGraphTick>& ticks)
 {
     QString longest;
     for (const TGraphTick& tick : ticks) {
         if (tick.label.length() > longest.length())
             longest = tick.label;
     }
-    return painter.fontMetrics().horizontalAdvance(longest);
+    return texts.Width(painter, longest);
 }
 
 // Letters so much smaller that `width` pixels of text fit into `room`.
@@ -88,7 +87,7 @@ void Shrink_Font(QPainter& painter, int width, int room)
 }
 
 // Ticks as dense as the labels allow, which may be wider than the cell of their format.
-std::vector<TGraphTick> Horizontal_Ticks(const QPainter& painter, const TGraphAxis& axis,
+std::vector<TGraphTick> Horizontal_Ticks(const QPainter& painter, TGraphTexts& texts, const TGraphAxis& axis,
                                          const TGraphLabelFormat& format)
 {
     const int gap = painter.fontMetrics().averageCharWidth();
@@ -96,7 +95,7 @@ std::vector<TGraphTick> Horizontal_Ticks(const QPainter& painter, const TGraphAx
     const int third = static_cast<int>(std::abs(axis.end - axis.begin)) / 3;
     for (int spacing = std::min(format.cell.width(), third);;) {
         std::vector<TGraphTick> ticks = Graph_Ticks(axis, format, spacing);
-        const int needed = Label_Width(painter, ticks) + gap;
+        const int needed = Label_Width(painter, texts, ticks) + gap;
         if (needed <= spacing)
             return ticks;
         spacing = needed;
@@ -105,13 +104,13 @@ std::vector<TGraphTick> Horizontal_Ticks(const QPainter& painter, const TGraphAx
 
 // The labels stand under their ticks; beyond the ends of their row they move inwards. A tick whose label
 // would touch the one before goes.
-void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout, const TGraphAxis& axis,
-                           const TGraphLabelFormat& format)
+void Draw_Horizontal_Ticks(QPainter& painter, TGraphTexts& texts, const TGraphLayout& layout,
+                           const TGraphAxis& axis, const TGraphLabelFormat& format)
 {
     const QRect row = layout.horizontal_labels.adjusted(0, 1 + TICK_LENGTH, 0, 0);
     const int frame = layout.graph.bottom() + 1;
-    const std::vector<TGraphTick> ticks = Horizontal_Ticks(painter, axis, format);
-    const int width = Label_Width(painter, ticks);
+    const std::vector<TGraphTick> ticks = Horizontal_Ticks(painter, texts, axis, format);
+    const int width = Label_Width(painter, texts, ticks);
     const int gap = painter.fontMetrics().averageCharWidth();
     int taken = row.left();
     for (const TGraphTick& tick : ticks) {
@@ -122,19 +121,18 @@ void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout, const 
             continue;
         }
         const bool at_the_end = x - width / 2 < row.left() || x + width / 2 > row.right();
-        const QRect room =
-            Centred_Within(row, x, at_the_end ? painter.fontMetrics().horizontalAdvance(tick.label) : width);
+        const QRect room = Centred_Within(row, x, at_the_end ? texts.Width(painter, tick.label) : width);
         if (room.left() < taken)
             continue;
         taken = room.right() + gap;
         Draw_Straight_Line(painter, line, GRID);
         Draw_Straight_Line(painter, {x, frame, x, frame + TICK_LENGTH}, FRAME);
-        painter.drawText(room, Qt::AlignHCenter | Qt::AlignTop | Qt::TextDontClip, tick.label);
+        texts.Draw(painter, room, Qt::AlignHCenter | Qt::AlignTop, tick.label);
     }
 }
 
-void Draw_Vertical_Ticks(QPainter& painter, const TGraphLayout& layout, const TGraphAxis& axis,
-                         const TGraphLabelFormat& format)
+void Draw_Vertical_Ticks(QPainter& painter, TGraphTexts& texts, const TGraphLayout& layout,
+                         const TGraphAxis& axis, const TGraphLabelFormat& format)
 {
     // Some ten lines in a high graph; in a low pane as many labels as find room.
     const double line_height = format.cell.height();
@@ -144,7 +142,7 @@ void Draw_Vertical_Ticks(QPainter& painter, const TGraphLayout& layout, const TG
     const int frame = layout.graph.left() - 1;
     const QFont font = painter.font();
     const int height = painter.fontMetrics().height();
-    Shrink_Font(painter, Label_Width(painter, ticks), column.width()); // all of them, or none
+    Shrink_Font(painter, Label_Width(painter, texts, ticks), column.width()); // all of them, or none
     for (const TGraphTick& tick : ticks) {
         const int y = qRound(tick.pixel);
         const bool labelled = !tick.label.isEmpty();
@@ -153,8 +151,8 @@ void Draw_Vertical_Ticks(QPainter& painter, const TGraphLayout& layout, const TG
         if (!labelled)
             continue;
         Draw_Straight_Line(painter, {frame - TICK_LENGTH, y, frame, y}, FRAME);
-        painter.drawText(QRect(column.left(), y - height / 2, column.width(), height),
-                         Qt::AlignRight | Qt::AlignVCenter | Qt::TextDontClip, tick.label);
+        texts.Draw(painter, QRect(column.left(), y - height / 2, column.width(), height),
+                   Qt::AlignRight | Qt::AlignVCenter, tick.label);
     }
     painter.setFont(font);
 }
@@ -203,7 +201,7 @@ TGraphLayout Graph_Layout(const QSize& size, int line_height)
 }
 
 void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGraphMapping& mapping,
-                       const TGraphLegend& legend)
+                       const TGraphLegend& legend, TGraphTexts& texts)
 {
     if (!layout.graph.isValid())
         return;
@@ -213,11 +211,11 @@ void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGra
     if (legend.empty) {
         Draw_Empty_Text(painter, layout.graph, legend.empty_text);
     } else {
-        Draw_Vertical_Ticks(painter, layout, mapping.vertical, legend.vertical);
-        Draw_Horizontal_Ticks(painter, layout, mapping.horizontal, legend.horizontal);
+        Draw_Vertical_Ticks(painter, texts, layout, mapping.vertical, legend.vertical);
+        Draw_Horizontal_Ticks(painter, texts, layout, mapping.horizontal, legend.horizontal);
     }
     Draw_Frame(painter, layout.graph);
-    Draw_Titles(painter, layout, legend);
+    Draw_Titles(painter, texts, layout, legend);
     painter.restore();
 }
 

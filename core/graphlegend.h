@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "graphtexts.h"
 #include "graphticks.h"
 
 #include <QRect>
@@ -41,7 +42,7 @@ struct TGraphLegend
 /// Draws frame and titles, and grid, ticks and tick labels or the text of an empty graph. Text that finds no
 /// room is shortened or made smaller.
 void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGraphMapping& mapping,
-                       const TGraphLegend& legend);
+                       const TGraphLegend& legend, TGraphTexts& texts);
 
 /// Draws one line of text into `room`, in smaller letters where it would not fit.
 void Draw_Fitted_Text(QPainter& painter, const QRect& room, int alignment, const QString& text);

@@ -4,7 +4,9 @@
 #include "vector2.h"
 
 #include <QColor>
+#include <QLine>
 #include <QRect>
+#include <QVector>
 
 #include <vector>
 
@@ -52,7 +54,7 @@ private:
 
     int Column_Pixel(double x) const;
     TColumn Column_Of(const TVector2& point, int pixel) const;
-    void Draw_Column(const TColumn& column);
+    void Append_Column(QVector<QLine>* columns, const TColumn& column) const;
     TMarkers Markers(const std::vector<TVector2>& points) const;
     void Fill_Squares_By_Rows(TMarkers& markers);
 };

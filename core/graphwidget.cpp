@@ -497,7 +497,7 @@ void TGraphWidget::Draw_Legend(QPainter& painter, TView* view) const
     legend.empty = Data_Range().empty;
     legend.empty_text = d_empty_text;
     legend.cursor_text_width = d_show_cursor_position ? Cursor_Text_Width(painter, *view) : 0;
-    Draw_Graph_Legend(painter, view->layout, view->mapping, legend);
+    Draw_Graph_Legend(painter, view->layout, view->mapping, legend, d_texts);
 }
 
 void TGraphWidget::Draw_Data(QPainter& painter, const TView& view) const

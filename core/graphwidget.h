@@ -200,6 +200,7 @@ private:
     std::vector<TDataSet> d_data_sets;
     mutable std::optional<TGraphRange> d_range; // extent of the data, unknown after a change
     TView d_view;
+    mutable TGraphTexts d_texts;
     QPixmap d_background; // legend and data as last drawn
     QString d_cursor_position_text;
 
