@@ -41,8 +41,8 @@ struct TGraphLegend
 
 /// Draws frame and titles, and grid, ticks and tick labels or the text of an empty graph. Text that finds no
 /// room is shortened or made smaller.
-void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGraphMapping& mapping,
-                       const TGraphLegend& legend, TGraphTexts& texts);
+void Draw_Graph_Legend(QPainter* painter, const TGraphLayout& layout, const TGraphMapping& mapping,
+                       const TGraphLegend& legend, TGraphTexts* texts);
 
 /// Draws one line of text into `room`, in smaller letters where it would not fit.
-void Draw_Fitted_Text(QPainter& painter, const QRect& room, int alignment, const QString& text);
+void Draw_Fitted_Text(QPainter* painter, const QRect& room, int alignment, const QString& text);

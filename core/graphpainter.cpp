@@ -27,7 +27,8 @@ constexpr double FAR_AWAY = 1 << 20;
 // Positions beyond this would overflow while they are clipped. They count as infinite.
 constexpr double INFINITELY_FAR = 1e300;
 
-// In this order the comparisons take what is no number to be far away.
+// The pixel of a position, rounded towards zero. What is no number lies far away: std::min and std::max keep
+// their first argument when the second one is none.
 int Whole_Pixel(double position)
 {
     return static_cast<int>(std::max(-FAR_AWAY, std::min(FAR_AWAY, position)));
@@ -44,12 +45,12 @@ bool Is_Drawable(const QPointF& position)
 }
 
 // Narrows the part [first, last] of a segment to where start + part * delta stays within FAR_AWAY.
-void Clip_Part(double start, double delta, double& first, double& last)
+void Clip_Part(double start, double delta, double* first, double* last)
 {
     const double a = (-FAR_AWAY - start) / delta;
     const double b = (FAR_AWAY - start) / delta;
-    first = std::max(first, std::min(a, b));
-    last = std::min(last, std::max(a, b));
+    *first = std::max(*first, std::min(a, b));
+    *last = std::min(*last, std::max(a, b));
 }
 
 // Adds the segment between two positions. Where one of them is too far away for whole pixels, the part that
@@ -59,8 +60,8 @@ void Append_Segment(QVector<QLine>* segments, const QPointF& from, const QPointF
     const QPointF delta = to - from;
     double first = 0.0;
     double last = 1.0;
-    Clip_Part(from.x(), delta.x(), first, last);
-    Clip_Part(from.y(), delta.y(), first, last);
+    Clip_Part(from.x(), delta.x(), &first, &last);
+    Clip_Part(from.y(), delta.y(), &first, &last);
     if (first <= last)
         segments->append(
             {Whole_Pixel(from + first * delta), Whole_Pixel(last < 1.0 ? from + last * delta : to)});
@@ -102,10 +103,10 @@ WIDE_REGISTERS size_t Add_Pairs(const std::vector<TVector2>& points, size_t next
 
 } // namespace
 
-void Draw_Straight_Line(QPainter& painter, const QLine& line, const QColor& color)
+void Draw_Straight_Line(QPainter* painter, const QLine& line, const QColor& color)
 {
     // A pen covers half a pixel to both sides, which shows where pixels of the device are smaller.
-    painter.fillRect(QRectF(line.x1() - 0.5, line.y1() - 0.5, line.dx() + 1, line.dy() + 1), color);
+    painter->fillRect(QRectF(line.x1() - 0.5, line.y1() - 0.5, line.dx() + 1, line.dy() + 1), color);
 }
 
 // The points of a polyline that follow each other in one column of pixels: together they are one line from
@@ -143,12 +144,12 @@ int TGraphPainter::Column_Pixel(double x) const
 // With a translucent colour every segment shows, so that no column holds more than its first point.
 TGraphPainter::TColumn TGraphPainter::Column_Of(const TVector2& point, int pixel) const
 {
-    constexpr double edge = 1e-4;
+    constexpr double EDGE = 1e-4;
     TColumn column;
     column.pixel = pixel;
     column.heights = {point.y, point.y};
-    const double left = pixel < d_graph.left() ? -FAR_AWAY : pixel + edge;
-    const double right = pixel > d_graph.right() ? FAR_AWAY : pixel + 1.0 - edge;
+    const double left = pixel < d_graph.left() ? -FAR_AWAY : pixel + EDGE;
+    const double right = pixel > d_graph.right() ? FAR_AWAY : pixel + 1.0 - EDGE;
     const TVector2 least = d_mapping.Value({left, FAR_AWAY});
     const TVector2 greatest = d_mapping.Value({right, -FAR_AWAY});
     // Rounding may be worse than the edge, but it keeps the order of what is between.
@@ -190,8 +191,8 @@ void TGraphPainter::Draw_Line(const std::vector<TVector2>& points)
     Append_Column(&columns, column);
     for (const QLine& line : qAsConst(columns))
         Draw_Straight_Line(d_painter, line, d_color);
-    d_painter.setPen(d_color);
-    d_painter.drawLines(segments);
+    d_painter->setPen(d_color);
+    d_painter->drawLines(segments);
 }
 
 void TGraphPainter::Draw_Bars(const std::vector<TVector2>& points, int half_width, double largest_width)
@@ -207,7 +208,7 @@ void TGraphPainter::Draw_Bars(const std::vector<TVector2>& points, int half_widt
         const int right = std::min(pixel.x() + half_width, edge(point.x + reach));
         const int top = std::min(pixel.y(), zero_row - 1);
         const int bottom = std::max(pixel.y(), zero_row - 1);
-        d_painter.fillRect(left, top, std::max(1, right - left), bottom - top + 1, d_color);
+        d_painter->fillRect(left, top, std::max(1, right - left), bottom - top + 1, d_color);
     }
 }
 
@@ -247,32 +248,32 @@ void TGraphPainter::Draw_Crosses(const std::vector<TVector2>& points)
         strokes.append({p.x() - MARKER, p.y() - MARKER, p.x() + MARKER, p.y() + MARKER});
         strokes.append({p.x() - MARKER, p.y() + MARKER, p.x() + MARKER, p.y() - MARKER});
     }
-    d_painter.setPen(d_color);
-    d_painter.drawLines(strokes);
+    d_painter->setPen(d_color);
+    d_painter->drawLines(strokes);
 }
 
 void TGraphPainter::Draw_Squares(const std::vector<TVector2>& points)
 {
     TMarkers markers = Markers(points);
-    constexpr auto side = size_t{2} * MARKER;
-    const size_t squares_that_fit = markers.marked.size() / (side * side);
+    constexpr auto SIDE = size_t{2} * MARKER;
+    const size_t squares_that_fit = markers.marked.size() / (SIDE * SIDE);
     if (d_opaque && markers.pixels.size() > squares_that_fit)
-        return Fill_Squares_By_Rows(markers);
+        return Fill_Squares_By_Rows(&markers);
     for (const QPoint& p : markers.pixels)
-        d_painter.fillRect(p.x() - MARKER, p.y() - MARKER, 2 * MARKER, 2 * MARKER, d_color);
+        d_painter->fillRect(p.x() - MARKER, p.y() - MARKER, 2 * MARKER, 2 * MARKER, d_color);
 }
 
 // Fills every pixel but once, in runs over all squares that touch each other in one row.
-void TGraphPainter::Fill_Squares_By_Rows(TMarkers& markers)
+void TGraphPainter::Fill_Squares_By_Rows(TMarkers* markers)
 {
-    const int first = markers.area.left() - MARKER;
-    std::vector<int> rows_left(static_cast<size_t>(markers.area.width())); // that a square still covers
-    for (int y = markers.area.top(); y <= markers.area.bottom(); ++y) {
-        const char* marked = markers.Row(y);
+    const int first = markers->area.left() - MARKER;
+    std::vector<int> rows_left(static_cast<size_t>(markers->area.width())); // that a square still covers
+    for (int y = markers->area.top(); y <= markers->area.bottom(); ++y) {
+        const char* marked = markers->Row(y);
         int begin = 0;
         int end = 0;
-        const auto fill = [&] { d_painter.fillRect(first + begin, y - MARKER, end - begin, 1, d_color); };
-        for (int x = 0; x < markers.area.width(); ++x) {
+        const auto fill = [&] { d_painter->fillRect(first + begin, y - MARKER, end - begin, 1, d_color); };
+        for (int x = 0; x < markers->area.width(); ++x) {
             int& rows = rows_left[static_cast<size_t>(x)];
             rows = marked[x] != 0 ? 2 * MARKER : std::max(0, rows - 1);
             if (rows == 0)

@@ -3,16 +3,16 @@
 
 #include <QPainter>
 
-void TGraphTexts::Draw(QPainter& painter, const QRect& room, Qt::Alignment alignment, const QString& text)
+void TGraphTexts::Draw(QPainter* painter, const QRect& room, Qt::Alignment alignment, const QString& text)
 {
-    const QStaticText& laid_out = Laid_Out(painter, text);
+    const QStaticText& laid_out = Laid_Out(*painter, text);
     const QSizeF spare = room.size() - laid_out.size();
     const auto share = [alignment](Qt::AlignmentFlag middle, Qt::AlignmentFlag end) {
         return alignment.testFlag(middle) ? 0.5 : alignment.testFlag(end) ? 1.0 : 0.0;
     };
-    painter.drawStaticText(QPointF(room.x() + spare.width() * share(Qt::AlignHCenter, Qt::AlignRight),
-                                   room.y() + spare.height() * share(Qt::AlignVCenter, Qt::AlignBottom)),
-                           laid_out);
+    painter->drawStaticText(QPointF(room.x() + spare.width() * share(Qt::AlignHCenter, Qt::AlignRight),
+                                    room.y() + spare.height() * share(Qt::AlignVCenter, Qt::AlignBottom)),
+                            laid_out);
 }
 
 int TGraphTexts::Width(const QPainter& painter, const QString& text)

@@ -14,7 +14,7 @@ class TGraphTexts
 {
 public:
     /// Draws one line of text where QPainter::drawText of the same room and alignment would, not clipped.
-    void Draw(QPainter& painter, const QRect& room, Qt::Alignment alignment, const QString& text);
+    void Draw(QPainter* painter, const QRect& room, Qt::Alignment alignment, const QString& text);
 
     /// Pixels of `text` in the painter's font.
     int Width(const QPainter& painter, const QString& text);
@@ -26,7 +26,7 @@ private:
         QStaticText laid_out;
     };
 
-    QCache<QString, TText> d_texts{200};
-
     const QStaticText& Laid_Out(const QPainter& painter, const QString& text);
+
+    QCache<QString, TText> d_texts{200};
 };

@@ -222,10 +222,10 @@ void TGraphWidget::Choose_Label_Formats(const QPainter& painter, TView* view) co
 }
 
 // Draws the present view as a picture of that size at the origin of the painter.
-void TGraphWidget::Draw(QPainter& painter, const QSize& size) const
+void TGraphWidget::Draw(QPainter* painter, const QSize& size) const
 {
     TView view;
-    view.layout = Graph_Layout(size, painter.fontMetrics().height());
+    view.layout = Graph_Layout(size, painter->fontMetrics().height());
     const bool never_shown = !d_view.layout.widget.isValid();
     if (d_direct_render || d_scale_to_fit || never_shown)
         Fit_To_Data(&view);
@@ -250,7 +250,7 @@ bool TGraphWidget::Paint_To(QPaintDevice* device) const
     if (room.isEmpty())
         room = size();
     painter.scale(scale, scale);
-    Draw(painter, room);
+    Draw(&painter, room);
     return painter.end();
 }
 
@@ -386,13 +386,13 @@ void TGraphWidget::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     if (d_direct_render) {
         Update_Viewport_To_Data();
-        Draw_View(painter, rect(), &d_view);
+        Draw_View(&painter, rect(), &d_view);
     } else {
         painter.drawPixmap(0, 0, d_background);
-        Draw_Left_Down_Box(painter);
+        Draw_Left_Down_Box(&painter);
     }
     if (d_show_cursor_position)
-        Draw_Cursor_Text(painter);
+        Draw_Cursor_Text(&painter);
 }
 
 void TGraphWidget::resizeEvent(QResizeEvent*)
@@ -450,7 +450,7 @@ void TGraphWidget::Render_Background()
     d_background.setDevicePixelRatio(devicePixelRatioF());
     QPainter painter(&d_background);
     painter.setFont(font());
-    Draw_View(painter, rect().adjusted(0, 0, 1, 1), &d_view);
+    Draw_View(&painter, rect().adjusted(0, 0, 1, 1), &d_view);
 }
 
 void TGraphWidget::Answer_Requests()
@@ -480,38 +480,38 @@ int TGraphWidget::Cursor_Text_Width(const QPainter& painter, const TView& view) 
 }
 
 // Fills the area and draws the view into it.
-void TGraphWidget::Draw_View(QPainter& painter, const QRect& area, TView* view) const
+void TGraphWidget::Draw_View(QPainter* painter, const QRect& area, TView* view) const
 {
-    painter.fillRect(area, Qt::white);
+    painter->fillRect(area, Qt::white);
     Draw_Legend(painter, view);
     Draw_Data(painter, *view);
 }
 
-void TGraphWidget::Draw_Legend(QPainter& painter, TView* view) const
+void TGraphWidget::Draw_Legend(QPainter* painter, TView* view) const
 {
-    Choose_Label_Formats(painter, view);
+    Choose_Label_Formats(*painter, view);
     TGraphLegend& legend = view->legend;
     legend.vertical_title = d_vertical_title;
     legend.horizontal_title = d_horizontal_title;
     legend.graph_title = d_graph_title;
     legend.empty = Data_Range().empty;
     legend.empty_text = d_empty_text;
-    legend.cursor_text_width = d_show_cursor_position ? Cursor_Text_Width(painter, *view) : 0;
-    Draw_Graph_Legend(painter, view->layout, view->mapping, legend, d_texts);
+    legend.cursor_text_width = d_show_cursor_position ? Cursor_Text_Width(*painter, *view) : 0;
+    Draw_Graph_Legend(painter, view->layout, view->mapping, legend, &d_texts);
 }
 
-void TGraphWidget::Draw_Data(QPainter& painter, const TView& view) const
+void TGraphWidget::Draw_Data(QPainter* painter, const TView& view) const
 {
     if (!view.layout.graph.isValid())
         return;
-    painter.save();
-    painter.setClipRect(view.layout.graph, Qt::IntersectClip);
+    painter->save();
+    painter->setClipRect(view.layout.graph, Qt::IntersectClip);
     for (const TDataSet& set : d_data_sets)
         Draw_Data_Set(painter, view, set);
-    painter.restore();
+    painter->restore();
 }
 
-void TGraphWidget::Draw_Data_Set(QPainter& painter, const TView& view, const TDataSet& set) const
+void TGraphWidget::Draw_Data_Set(QPainter* painter, const TView& view, const TDataSet& set) const
 {
     const std::vector<TVector2>& points = set.dataset_points;
     if (points.empty())
@@ -539,17 +539,17 @@ void TGraphWidget::Draw_Data_Set(QPainter& painter, const TView& view, const TDa
     }
 }
 
-void TGraphWidget::Draw_Cursor_Text(QPainter& painter) const
+void TGraphWidget::Draw_Cursor_Text(QPainter* painter) const
 {
     if (!d_view.layout.graph.isValid())
         return;
-    const int margin = painter.fontMetrics().horizontalAdvance(QStringLiteral("  "));
+    const int margin = painter->fontMetrics().horizontalAdvance(QStringLiteral("  "));
     const QRect& row = d_view.layout.horizontal_title;
     const QRect room(margin, row.top(), d_view.legend.cursor_text_width - 2 * margin, row.height());
     Draw_Fitted_Text(painter, room, Qt::AlignLeft | Qt::AlignVCenter, d_cursor_position_text);
 }
 
-void TGraphWidget::Draw_Left_Down_Box(QPainter& painter) const
+void TGraphWidget::Draw_Left_Down_Box(QPainter* painter) const
 {
     if (!d_left_down_box_visible || !d_left_down_box_active)
         return;
@@ -557,10 +557,10 @@ void TGraphWidget::Draw_Left_Down_Box(QPainter& painter) const
     const QRect box = Outline(d_left_down_box);
     for (int x = box.left(); x <= box.right(); x += 6) {
         for (const int y : {box.top(), box.bottom()})
-            painter.fillRect(x, y, std::min(4, box.right() - x + 1), 1, Qt::black);
+            painter->fillRect(x, y, std::min(4, box.right() - x + 1), 1, Qt::black);
     }
     for (int y = box.top(); y <= box.bottom(); y += 6) {
         for (const int x : {box.left(), box.right()})
-            painter.fillRect(x, y, 1, std::min(4, box.bottom() - y + 1), Qt::black);
+            painter->fillRect(x, y, 1, std::min(4, box.bottom() - y + 1), Qt::black);
     }
 }

@@ -189,13 +189,13 @@ private:
     void Release_Left(const QPoint& pointer);
 
     int Cursor_Text_Width(const QPainter& painter, const TView& view) const;
-    void Draw(QPainter& painter, const QSize& size) const;
-    void Draw_View(QPainter& painter, const QRect& area, TView* view) const;
-    void Draw_Legend(QPainter& painter, TView* view) const;
-    void Draw_Data(QPainter& painter, const TView& view) const;
-    void Draw_Data_Set(QPainter& painter, const TView& view, const TDataSet& set) const;
-    void Draw_Cursor_Text(QPainter& painter) const;
-    void Draw_Left_Down_Box(QPainter& painter) const;
+    void Draw(QPainter* painter, const QSize& size) const;
+    void Draw_View(QPainter* painter, const QRect& area, TView* view) const;
+    void Draw_Legend(QPainter* painter, TView* view) const;
+    void Draw_Data(QPainter* painter, const TView& view) const;
+    void Draw_Data_Set(QPainter* painter, const TView& view, const TDataSet& set) const;
+    void Draw_Cursor_Text(QPainter* painter) const;
+    void Draw_Left_Down_Box(QPainter* painter) const;
 
     std::vector<TDataSet> d_data_sets;
     mutable std::optional<TGraphRange> d_range; // extent of the data, unknown after a change
