@@ -92,6 +92,9 @@ TEST(GraphMapping, LogarithmicAxis)
     const TGraphAxis x = Fitted({{1, 5}, {10000, 500}}, Types(3, 3, true)).horizontal;
     EXPECT_NEAR(x.Position(1), 100, 1e-9);
     EXPECT_NEAR(x.Value(200), 10, 1e-9);
+    TGraphMapping half = Fitted({{1, 5}, {10000, 500}}, Types(3, 3));
+    half.Fit_To_Rect(QRect(100, 40, 201, 201), true); // what the linear axis of the same range has there
+    Expect_Range(half.horizontal, 1, 5000.5);
     // Data without a usable logarithm still make an axis, from the decade below the smallest positive value.
     EXPECT_NEAR(Fitted({{-5, 1}, {0, 1}, {20, 2}, {700, 2}}, Types(3, 3)).horizontal.Value(100), 10, 1e-9);
     // Zoomed out for ever, it shows 50 times as much, about the same middle. Then panned out of all numbers.
