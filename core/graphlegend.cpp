@@ -57,7 +57,7 @@ void Draw_Titles(QPainter* painter, TGraphTexts* texts, const TGraphLayout& layo
     Draw_Title(painter, texts, layout.graph_title, middle, legend.graph_title);
     painter->restore();
 
-    // Turned to the left: along the band runs upwards from the bottom end.
+    // Turned to the left, so that x runs up the band from its bottom end.
     painter->save();
     painter->rotate(-90.0);
     const int end = layout.vertical_labels.bottom() + 1;
@@ -104,7 +104,7 @@ std::vector<TGraphTick> Horizontal_Ticks(const QPainter& painter, TGraphTexts* t
 }
 
 // The labels stand under their ticks; beyond the ends of their row they move inwards. A tick whose label
-// would touch the one before goes.
+// would touch the one before is left out.
 void Draw_Horizontal_Ticks(QPainter* painter, TGraphTexts* texts, const TGraphLayout& layout,
                            const TGraphAxis& axis, const TGraphLabelFormat& format)
 {

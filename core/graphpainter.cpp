@@ -8,8 +8,9 @@
 #include <algorithm>
 #include <cmath>
 
-// The engine's fills leave the upper halves of the processor's wide registers in use. Instructions that know
-// no such halves then wait for them at each step, and take several times as long.
+// The paint engine's fills leave the upper halves of the processor's AVX registers in use. SSE instructions,
+// which know no such halves, then wait for them at each step and take several times as long. So the loop over
+// the points is compiled for AVX, too.
 #if defined(__x86_64__)
 #define WIDE_REGISTERS __attribute__((target_clones("avx", "default")))
 #else
@@ -44,7 +45,8 @@ bool Is_Drawable(const QPointF& position)
     return std::abs(position.x()) < INFINITELY_FAR && std::abs(position.y()) < INFINITELY_FAR;
 }
 
-// Narrows the part [first, last] of a segment to where start + part * delta stays within FAR_AWAY.
+// Narrows the part [first, last] of a segment to where start + part * delta stays within FAR_AWAY, as the
+// algorithm of Liang and Barsky clips each coordinate.
 void Clip_Part(double start, double delta, double* first, double* last)
 {
     const double a = (-FAR_AWAY - start) / delta;
@@ -169,8 +171,9 @@ void TGraphPainter::Append_Column(QVector<QLine>* columns, const TColumn& column
         columns->append({column.pixel, row(column.heights.high), column.pixel, row(column.heights.low)});
 }
 
-// Only what runs from column to column is left to the pen; as segments, for its polyline loses tips of
-// spikes. All points are read before the first fill, which would slow their reading down.
+// Only the segments from column to column are left to the pen. They are drawn one by one, because its
+// polyline loses the tips of spikes. All points are read before the first fill, which would slow their
+// reading down.
 void TGraphPainter::Draw_Line(const std::vector<TVector2>& points)
 {
     QVector<QLine> columns;
