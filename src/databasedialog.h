@@ -23,7 +23,7 @@ class TDatabaseDialog : public QDialog
     Q_OBJECT
 
 public:
-    explicit TDatabaseDialog(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+    explicit TDatabaseDialog(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
 
     /// Opens the database file, which is created where it is missing, and lists its sets.
     bool Connect_To_Database(const QString& file);

@@ -16,7 +16,7 @@ class TToleranceWidget : public QWidget
     Q_OBJECT
 
 public:
-    explicit TToleranceWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+    explicit TToleranceWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
 
     /// Derives the expression from the four coefficients that the owner has written.
     void Update();
