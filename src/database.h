@@ -2,7 +2,7 @@
 #pragma once
 
 #include "databaseconnection.h"
-#include "databasestatements.h"
+#include "statements.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "databasestatements.h"
+#include "statements.h"
 
 #include <QHash>
 #include <QPair>

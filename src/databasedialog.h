@@ -77,8 +77,8 @@ private:
     void Update_Buttons();
     void Set_Busy(bool busy);
     void Work(const QString& text,
-              const std::function<void(const Backup_Transfer::TProgress& progress)>& work);
-    void Report(const QString& command, const Backup_Transfer::TOutcome& outcome);
+              const std::function<void(const BackupTransfer::TProgress& progress)>& work);
+    void Report(const QString& command, const BackupTransfer::TOutcome& outcome);
 
     QPushButton* d_backup_button{nullptr};
     QPushButton* d_restore_button{nullptr};

@@ -14,7 +14,7 @@
 namespace
 {
 
-/// Whether the columns of a text line up. (Some fonts that are fixed-pitch do not say so.)
+// Whether the columns of a text line up. (Some fonts that are fixed-pitch do not say so.)
 bool Is_Fixed_Pitch(const QFont& font)
 {
     const QFontMetricsF letters(font);
@@ -22,7 +22,7 @@ bool Is_Fixed_Pitch(const QFont& font)
                          letters.horizontalAdvance(QLatin1Char('W')));
 }
 
-/// "Courier New", or where neither it nor what the system takes for it is fixed-pitch, one that is.
+// "Courier New", or where neither it nor what the system takes for it is fixed-pitch, one that is.
 QFont Report_Font()
 {
     QFont font(QStringLiteral("Courier New"));
@@ -37,7 +37,7 @@ QFont Report_Font()
 
 constexpr double SMALLEST_LETTERS = 7.0; // points
 
-/// The width of the report in pixels.
+// The width of the report in pixels.
 double Width(const QFont& font)
 {
     return QFontMetricsF(font).horizontalAdvance(QString(REPORT_WIDTH, QLatin1Char('-')));

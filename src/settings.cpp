@@ -21,25 +21,25 @@ int Limited(int pixels)
     return qBound(-LARGEST_COORDINATE, pixels, LARGEST_COORDINATE);
 }
 
-void Read(const QSettings& store, const char* key, double* value)
+void Read_Number(const QSettings& store, const char* key, double* value)
 {
     *value = Decimal_Or(store.value(QLatin1String(key)).toString(), *value);
 }
 
 void Read_Machine_Limit(const QSettings& store, const char* key, double* value)
 {
-    Read(store, key, value);
+    Read_Number(store, key, value);
     *value = qBound(-TMachineWidget::LARGEST_LIMIT, *value, TMachineWidget::LARGEST_LIMIT);
 }
 
-void Read(const QSettings& store, const char* key, QPoint* value)
+void Read_Point(const QSettings& store, const char* key, QPoint* value)
 {
     const QVariant stored = store.value(QLatin1String(key));
     if (stored.type() == QVariant::Point)
         *value = {Limited(stored.toPoint().x()), Limited(stored.toPoint().y())};
 }
 
-void Read(const QSettings& store, const char* key, QSize* value)
+void Read_Size(const QSettings& store, const char* key, QSize* value)
 {
     const QVariant stored = store.value(QLatin1String(key));
     if (stored.type() == QVariant::Size)
@@ -92,18 +92,18 @@ QByteArray Ini_Text(const TSettings& settings, const QSettings& old)
 TSettings TSettings::Read(const QSettings& store)
 {
     TSettings settings;
-    ::Read(store, "Mainwindow_Position", &settings.position);
-    ::Read(store, "Mainwindow_Size", &settings.size);
+    Read_Point(store, "Mainwindow_Position", &settings.position);
+    Read_Size(store, "Mainwindow_Size", &settings.size);
     Read_Height(store, "Graphic_Window_Height", &settings.graphic_height);
     Read_Height(store, "Analysis_Window_Height", &settings.analysis_height);
     if (settings.graphic_height + settings.analysis_height == 0) { // both panes closed: nothing would be seen
         settings.graphic_height = TSettings().graphic_height;
         settings.analysis_height = TSettings().analysis_height;
     }
-    ::Read(store, "Tolerance_A", &settings.tolerance_a);
-    ::Read(store, "Tolerance_B", &settings.tolerance_b);
-    ::Read(store, "Tolerance_C", &settings.tolerance_c);
-    ::Read(store, "Tolerance_D", &settings.tolerance_d);
+    Read_Number(store, "Tolerance_A", &settings.tolerance_a);
+    Read_Number(store, "Tolerance_B", &settings.tolerance_b);
+    Read_Number(store, "Tolerance_C", &settings.tolerance_c);
+    Read_Number(store, "Tolerance_D", &settings.tolerance_d);
     Read_Machine_Limit(store, "Machine_Min_X", &settings.machine.x_min);
     Read_Machine_Limit(store, "Machine_Max_X", &settings.machine.x_max);
     Read_Machine_Limit(store, "Machine_Min_Y", &settings.machine.y_min);
@@ -119,7 +119,7 @@ bool TSettings::Store(const QString& file) const
     const QByteArray text = Ini_Text(*this, QSettings(file, QSettings::IniFormat));
     QSaveFile saved(file);
     return !text.isEmpty() && saved.open(QIODevice::WriteOnly) && saved.write(text) == text.size() &&
-           Whole_File::Put_In_Place(&saved).isEmpty();
+           WholeFile::Put_In_Place(&saved).isEmpty();
 }
 
 QString Settings_Directory()

@@ -34,9 +34,9 @@ void TWorkProgress::Begin(const QString& text)
 void TWorkProgress::Set_Done(int done, int all)
 {
     // In steps that can be seen: the bar lays its text out anew with each value.
-    constexpr qint64 steps = 500;
+    constexpr qint64 STEPS = 500;
     setMaximum(all);
-    if (done == all || done * steps / std::max(all, 1) != value() * steps / std::max(all, 1))
+    if (done == all || done * STEPS / std::max(all, 1) != value() * STEPS / std::max(all, 1))
         setValue(done);
     QCoreApplication::processEvents();
 }

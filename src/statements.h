@@ -16,8 +16,8 @@ namespace Statements
 /// A table and the statement that creates it.
 struct TTable
 {
-    const char* name;
-    const char* create;
+    QLatin1String name;
+    QLatin1String create;
 };
 
 /// The tables in the order they are created and emptied.
