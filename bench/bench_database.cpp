@@ -2,7 +2,7 @@
 // The database against SQLite itself, through its own interface and its shell, doing the same work.
 #include "database.h"
 #include "databasedialog.h"
-#include "databasestatements.h"
+#include "statements.h"
 #include "ratio.h"
 
 #include <QApplication>
