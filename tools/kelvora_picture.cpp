@@ -182,24 +182,13 @@ int Run(const QCommandLineParser& options)
     return report.startsWith(QStringLiteral("ERR:")) ? 1 : 0;
 }
 
-} // namespace
-
-int main(int argc, char* argv[])
+void Describe_Options(QCommandLineParser* options)
 {
-    const QTemporaryDir home; // leaves the user's own settings alone
-    qputenv("HOME", home.path().toLocal8Bit());
-    Q_INIT_RESOURCE(kelvora);
-    QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QApplication application(argc, argv);
-    QApplication::setStyle(QStringLiteral("fusion"));
-
     const QString number = QStringLiteral("number");
-    QCommandLineParser options;
-    options.setApplicationDescription(QStringLiteral("Pictures and reports of Kelvora without a user"));
-    options.addHelpOption();
-    options.addPositionalArgument(QStringLiteral("file"), QStringLiteral("measurement file to import"));
-    options.addOptions(
+    options->setApplicationDescription(QStringLiteral("Pictures and reports of Kelvora without a user"));
+    options->addHelpOption();
+    options->addPositionalArgument(QStringLiteral("file"), QStringLiteral("measurement file to import"));
+    options->addOptions(
         {{QStringLiteral("picture"), QStringLiteral("picture to write"), QStringLiteral("png")},
          {QStringLiteral("part"), QStringLiteral("picture of one widget only"), QStringLiteral("name")},
          {QStringLiteral("dialog"), QStringLiteral("picture of a dialog"), QStringLiteral("button")},
@@ -212,6 +201,22 @@ int main(int argc, char* argv[])
          {QStringLiteral("database"), QStringLiteral("sets to have in the database"),
           QStringLiteral("directory")},
          {QStringLiteral("dark"), QStringLiteral("use a dark palette")}});
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QTemporaryDir home; // leaves the user's own settings alone
+    qputenv("HOME", home.path().toLocal8Bit());
+    Q_INIT_RESOURCE(kelvora);
+    QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStringLiteral("fusion"));
+
+    QCommandLineParser options;
+    Describe_Options(&options);
     options.process(application);
     if (options.isSet(QStringLiteral("dark")))
         QApplication::setPalette(Dark_Palette());
