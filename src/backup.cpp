@@ -15,7 +15,7 @@ const QLatin1String DATE_KEY("Entry_Date:");
 const QLatin1String TIME_KEY("Entry_Time:");
 const QLatin1String POSITION_KEY("Entry:");
 constexpr int FIELD_COUNT = 12;
-constexpr int LONGEST_LINE = 100000000; // a text of the largest file in one line would find no memory
+constexpr int LONGEST_LINE = 100000000; // bytes; the memory may not suffice for the text of a longer one
 
 QByteArray Key_Line(const QString& key, const QString& text)
 {
@@ -32,9 +32,9 @@ void Append_Position_Line(QString* lines, const Types::TBallbar_Item& position)
     *lines += QLatin1Char('\n');
 }
 
-// A line without blanks at its ends; without its size it would end at its first NUL. What SQLite does not
-// give back as it was stored becomes what bytes that are no UTF-8 become, or the set would not be found
-// again.
+// The text of a line without blanks at its ends. Its size is given, or it would end at its first NUL. SQLite
+// does not give NUL and the two non-characters back as they were stored, and a set under such a key would not
+// be found again: they become U+FFFD, as bytes do that are no UTF-8.
 QString Text_Of(const QByteArray& line)
 {
     QString text = QString::fromUtf8(line.constData(), line.size()).simplified();

@@ -22,7 +22,7 @@ const QString DATA_FAILURE = QStringLiteral("Cannot add data to table 'data'");
 const QString SUMMARY_FAILURE = QStringLiteral("Cannot add data to table 'summary'");
 const QString DELETE_FAILURE = QStringLiteral("Cannot delete existing ballbar data");
 
-// What a catalogue is filled from, in this order.
+// The tables that fill a catalogue, in this order.
 enum TTable
 {
     DATES,
@@ -63,7 +63,7 @@ TDatabase::TReading::TReading(TDatabase* database)
 {
     if (!d_database)
         return;
-    d_database->Try(Statements::Roll_Back()); // what a failed save has left is no set
+    d_database->Try(Statements::Roll_Back()); // a failed save may have left a part of a set
     d_database->d_scope = std::make_unique<TScope>();
     d_database->Try(Statements::Begin());
     d_database->Know(TIMES);
@@ -99,7 +99,7 @@ bool TDatabase::Initialize()
     }
     if (Run(Statements::Commit(), QStringLiteral("Cannot create the tables")))
         return true;
-    Try(Statements::Roll_Back()); // left open it would keep other processes out
+    Try(Statements::Roll_Back()); // left open it would lock other processes out
     return false;
 }
 
@@ -132,7 +132,9 @@ bool TDatabase::Replace_All(const std::function<void()>& fill)
     if (d_scope->failure.isEmpty())
         fill();
     const std::unique_ptr<TScope> scope = std::move(d_scope);
-    if (scope->failure.isEmpty()) // under the lock, and not where one failure after the other makes a copy
+    // Only after a success, or restores that fail one after the other would push out the good copies. Before
+    // the commit, while no other process can make copies of its own.
+    if (scope->failure.isEmpty())
         KeptCopies::Remove_Old(File_Name(), COPIES_KEPT, copy);
     if (scope->failure.isEmpty() && Run(Statements::Commit(), failure))
         return true;
@@ -140,8 +142,8 @@ bool TDatabase::Replace_All(const std::function<void()>& fill)
     return Fail(scope->failure.isEmpty() ? Last_Error() : scope->failure);
 }
 
-// Keeps others out until the end of the transaction that it leaves open. A copy cannot be made within one, so
-// the lock is kept across two of them.
+// Locks others out and copies the database. The transaction that it leaves open holds the lock. A copy cannot
+// be made within a transaction, so the lock is kept from one transaction to the next.
 bool TDatabase::Lock_And_Copy(const QString& copy)
 {
     const QString failure = QStringLiteral("Cannot keep a copy of the database");
@@ -160,7 +162,7 @@ bool TDatabase::Lock_And_Copy(const QString& copy)
     if (copied)
         error = Last_Error();
     Try(Statements::Roll_Back());
-    Try(Statements::Select_Dates()); // gives a lock back that no transaction holds
+    Try(Statements::Select_Dates()); // without a transaction, a lock is given back by the next statement
     return Fail(error);
 }
 
@@ -251,7 +253,7 @@ TDatabaseItem TDatabase::Database_Item(const QString& date, const QString& time,
     return item;
 }
 
-// Whether the catalogue holds a table; it is read when it is asked for first.
+// Whether the catalogue holds a table, which is read when it is asked for first.
 bool TDatabase::Know(int table) const
 {
     while (d_scope->known <= table && d_scope->failure.isEmpty()) {
@@ -341,14 +343,15 @@ bool TDatabase::Replace_Positions(int date_id, int time_id, const TDatabaseItem&
     Statements::TRows rows;
     if (stands && !Insert_Positions(date_id, time_id, item, &rows))
         return false;
-    // Unlike a failed begin, a failed commit would lose the set; left open it would keep other processes out.
+    // A failed begin does no harm. A failed commit loses the set, and a transaction that stayed open would
+    // lock other processes out.
     if (stands && Run(Statements::Commit(), DATA_FAILURE))
         return true;
     Try(Statements::Roll_Back());
     return false;
 }
 
-// Tells the rows between which the positions then lie.
+// `rows` becomes the range in which the new positions lie.
 bool TDatabase::Insert_Positions(int date_id, int time_id, const TDatabaseItem& item, Statements::TRows* rows)
 {
     *rows = Statements::NO_ROWS;
@@ -377,8 +380,8 @@ bool TDatabase::Add_To_Replacement(const TDatabaseItem& item)
     return Fail(error);
 }
 
-// Nobody else changes anything: what the catalogue does not know is new. It learns of the set when all of it
-// is there.
+// Other processes are locked out, so what the catalogue does not know is new. It learns of the set when all
+// of it is stored.
 bool TDatabase::Insert_Set(const TDatabaseItem& item)
 {
     TDatabaseCatalogue& catalogue = d_scope->catalogue;

@@ -28,7 +28,7 @@ public:
     const QString& Last_Error() const { return d_last_error; }
 
 protected:
-    /// What SQLite says of a change that breaks a rule of the database, or is too large for it.
+    /// Whether SQLite refused what failed last because it breaks a rule of the database or is too large.
     bool Was_Refused() const;
     const QString& File_Name() const { return d_database_file_name; }
     /// Returns false and leaves a text: all of it, or what failed and why.

@@ -209,7 +209,7 @@ void TDatabaseDialog::Selection_Changed()
         return;
     Update_Buttons();
     const std::vector<TKey> keys = Selected_Keys();
-    if (keys.empty()) // the tree is being filled anew, most likely: a lock would be waited for twice
+    if (keys.empty()) // most likely the tree is being filled anew, and one wait for a lock is enough
         return;
     const TDatabase::TReading reading(&d_database);
     std::vector<QStringList> rows;
@@ -337,7 +337,7 @@ QPushButton* TDatabaseDialog::Create_Button(const QString& name, const QString& 
     return button;
 }
 
-// Nothing that changes the database or its connection may come between a backup or restore.
+// Nothing may change the database or its connection during a backup or restore.
 bool TDatabaseDialog::Is_Ready() const
 {
     return d_database.Is_Connected() && !d_busy;
@@ -409,8 +409,8 @@ void TDatabaseDialog::Work(const QString& text, const std::function<void(const T
     Set_Busy(false);
 }
 
-// What the main window tells of a command; nothing after one that went well. One that ended in silence leaves
-// what an earlier one has to tell.
+// Keeps what the main window is to tell of a command. After a success there is nothing to tell. A command that
+// was cancelled leaves what an earlier one has to tell.
 void TDatabaseDialog::Report(const QString& command, const TOutcome& outcome)
 {
     if (outcome.end == TOutcome::COMPLETE)

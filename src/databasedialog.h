@@ -31,8 +31,8 @@ public:
     bool Add_Database_Item(const TDatabaseItem& item);
     /// Why the last of these two failed.
     const QString& Last_Error() const { return d_last_error; }
-    /// What failed since exec() was called, and was not done well after that. The commands themselves end in
-    /// silence.
+    /// Which commands failed since exec() was called and did not succeed later, and why. The commands
+    /// themselves end in silence.
     QStringList Failures() const { return d_failures.values(); }
     /// The positions of the set that was loaded last.
     const std::vector<Types::TBallbar_Item>& Ballbar_Items() const { return d_ballbar_items; }

@@ -5,8 +5,8 @@
 #include <QStringList>
 
 /// Dated copies of a database file, kept beside it: "ballbar_data.db" has copies named
-/// "ballbar_data_2026-03-04_10-15-02-123.db". The functions that remove files are to be called by who has
-/// locked the database, so that no other process is at work on them.
+/// "ballbar_data_2026-03-04_10-15-02-123.db". The functions that remove files are called only while the
+/// database is locked, so that no other process is at work on them.
 namespace KeptCopies
 {
 

@@ -4,7 +4,6 @@
 #include "databaseitem.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <limits>
 
@@ -37,14 +36,14 @@ QString Select_Time(int date_id, int time_id);
 QString Select_Times(int date_id);
 QString Insert_Time(int date_id, const QString& time);
 
-/// The rows of table data, from the first to the last, that a statement has to look at: all of them, or,
-/// where it is known that a set lies between two rows, only these.
+/// A range of rows of table data, both ends included: at first the whole table. Where it is known between
+/// which rows the positions of a set lie, a narrower range keeps a statement from looking at all others.
 struct TRows
 {
     qint64 first{std::numeric_limits<qint64>::min()};
     qint64 last{std::numeric_limits<qint64>::max()};
 };
-/// Where a set has no positions.
+/// The range of a set without positions.
 constexpr TRows NO_ROWS{std::numeric_limits<qint64>::max(), std::numeric_limits<qint64>::min()};
 
 /// The positions of one set; the columns are those that Insert_Position() fills, less the two ids.
@@ -55,8 +54,8 @@ QString Insert_Position(int date_id, int time_id, const Types::TBallbar_Item& po
 QString Delete_Summary(int date_id, int time_id);
 QString Insert_Summary(int date_id, int time_id, const TDatabaseItem& item);
 
-/// What a catalogue needs: the ids with the entries of all dates and of all times, and for each set its ids
-/// and the first and last row of its positions.
+/// What a catalogue is filled from: the ids and entries of all dates and of all times, and for each set its
+/// ids and the first and the last row of its positions.
 QString Select_All_Dates();
 QString Select_All_Times();
 QString Select_All_Rows();
@@ -66,12 +65,12 @@ QString Commit();
 QString Roll_Back();
 /// Locks out readers and writers at once, where Begin() locks out writers at the first change.
 QString Begin_Alone();
-/// Keeps the lock of a transaction beyond its end, or gives it back at the end of the present one.
+/// Keeps the lock when the transaction ends, or gives it back then.
 QString Keep_Lock(bool keep);
 /// Writes a consistent copy of the whole database into a file that does not exist yet.
 QString Copy_Into(const QString& file);
 
-/// A transaction within the transaction. Undone it still has to be ended.
+/// A transaction within the transaction, for one set. Undo_Set() does not end it: End_Set() must follow.
 QString Begin_Set();
 QString End_Set();
 QString Undo_Set();
