@@ -55,6 +55,7 @@ TReportWidget::TReportWidget(QWidget* parent) : QPlainTextEdit(parent)
     document()->setDocumentMargin(2);
     Update_Colors();
     setAccessibleName(tr("Analysis"));
+    connect(qApp, &QApplication::fontChanged, this, &TReportWidget::Fit_Letters);
 }
 
 void TReportWidget::changeEvent(QEvent* event)
@@ -88,8 +89,8 @@ void TReportWidget::resizeEvent(QResizeEvent* event)
     Fit_Letters();
 }
 
-// Letters of the usual size, or as much smaller as the columns of the report need, to have none of them
-// behind a scroll bar. Where even the smallest ones do not help, they stay as they are.
+// Letters of the usual size, or so much smaller that all columns of the report are seen without scrolling.
+// Where even the smallest ones do not help, they have the usual size.
 void TReportWidget::Fit_Letters()
 {
     const double room = width() - 2.0 * frameWidth() - verticalScrollBar()->sizeHint().width() -
