@@ -63,9 +63,9 @@ TDatabase::TReading::TReading(TDatabase* database)
 {
     if (!d_database)
         return;
-    d_database->Try(Statements::Roll_Back()); // a failed save may have left a part of a set
+    d_database->Try(Statements::ROLL_BACK); // a failed save may have left a part of a set
     d_database->d_scope = std::make_unique<TScope>();
-    d_database->Try(Statements::Begin());
+    d_database->Try(Statements::BEGIN);
     d_database->Know(TIMES);
 }
 
@@ -74,7 +74,7 @@ TDatabase::TReading::~TReading()
     if (!d_database)
         return;
     d_database->d_scope.reset();
-    d_database->Try(Statements::Roll_Back());
+    d_database->Try(Statements::ROLL_BACK);
 }
 
 TDatabase::TDatabase() = default;
@@ -87,19 +87,19 @@ bool TDatabase::Initialize()
         return Fail(QStringLiteral("Database not open"));
 
     bool valid = false; // Qt's own list is empty, without a word, while another process has the lock
-    const QStringList tables = First_Column(Statements::Select_Tables(), &valid);
+    const QStringList tables = First_Column(Statements::SELECT_TABLES, &valid);
     if (!valid)
         return Fail(QStringLiteral("Cannot read the list of tables"), Last_Error());
-    Try(Statements::Begin()); // one wait for the disk instead of one for each table
+    Try(Statements::BEGIN); // one wait for the disk instead of one for each table
     for (const Statements::TTable& table : Statements::TABLES) {
         if (!tables.contains(table.name, Qt::CaseInsensitive) && !Run(table.create, QString())) {
-            Try(Statements::Roll_Back());
+            Try(Statements::ROLL_BACK);
             return Fail(QStringLiteral("Cannot create table '%1(...)'").arg(table.name));
         }
     }
-    if (Run(Statements::Commit(), QStringLiteral("Cannot create the tables")))
+    if (Run(Statements::COMMIT, QStringLiteral("Cannot create the tables")))
         return true;
-    Try(Statements::Roll_Back()); // left open it would lock other processes out
+    Try(Statements::ROLL_BACK); // left open it would lock other processes out
     return false;
 }
 
@@ -107,7 +107,7 @@ void TDatabase::Clear()
 {
     if (!Is_Connected())
         return;
-    Try(Statements::Roll_Back());
+    Try(Statements::ROLL_BACK);
     for (const Statements::TTable& table : Statements::TABLES)
         Try(Statements::Delete_All(table));
 }
@@ -116,7 +116,7 @@ bool TDatabase::Replace_All(const std::function<void()>& fill)
 {
     if (!Is_Connected())
         return Fail(QStringLiteral("Not connected"));
-    Try(Statements::Roll_Back());
+    Try(Statements::ROLL_BACK);
     const QString copy = KeptCopies::File_Name(File_Name(), QDateTime::currentDateTime());
     if (!Lock_And_Copy(copy))
         return false;
@@ -136,9 +136,9 @@ bool TDatabase::Replace_All(const std::function<void()>& fill)
     // the commit, while no other process can make copies of its own.
     if (scope->failure.isEmpty())
         KeptCopies::Remove_Old(File_Name(), COPIES_KEPT, copy);
-    if (scope->failure.isEmpty() && Run(Statements::Commit(), failure))
+    if (scope->failure.isEmpty() && Run(Statements::COMMIT, failure))
         return true;
-    Try(Statements::Roll_Back());
+    Try(Statements::ROLL_BACK);
     return Fail(scope->failure.isEmpty() ? Last_Error() : scope->failure);
 }
 
@@ -147,22 +147,22 @@ bool TDatabase::Replace_All(const std::function<void()>& fill)
 bool TDatabase::Lock_And_Copy(const QString& copy)
 {
     const QString failure = QStringLiteral("Cannot keep a copy of the database");
-    if (!Run(Statements::Begin_Alone(), failure))
+    if (!Run(Statements::BEGIN_ALONE, failure))
         return false;
     // A database that may only be read lets itself be locked, but not be changed.
-    const bool writable = Run(Statements::Keep_Lock(true), failure) &&
-                          Run(Statements::Delete_All(Statements::TABLES[0]), failure);
-    Try(Statements::Roll_Back());
+    const bool writable =
+        Run(Statements::KEEP_LOCK, failure) && Run(Statements::Delete_All(Statements::TABLES[0]), failure);
+    Try(Statements::ROLL_BACK);
     const bool copied = writable && Keep_Copy(copy, failure);
     QString error = Last_Error();
-    const bool begun = Run(Statements::Begin_Alone(), failure);
-    Try(Statements::Keep_Lock(false));
+    const bool begun = Run(Statements::BEGIN_ALONE, failure);
+    Try(Statements::GIVE_LOCK_BACK);
     if (copied && begun)
         return true;
     if (copied)
         error = Last_Error();
-    Try(Statements::Roll_Back());
-    Try(Statements::Select_Dates()); // without a transaction, a lock is given back by the next statement
+    Try(Statements::ROLL_BACK);
+    Try(Statements::SELECT_DATES); // without a transaction, a lock is given back by the next statement
     return Fail(error);
 }
 
@@ -212,7 +212,7 @@ QStringList TDatabase::Date_List(bool* valid) const
 {
     assert(valid);
     if (!d_scope)
-        return First_Column(Statements::Select_Dates(), valid);
+        return First_Column(Statements::SELECT_DATES, valid);
     *valid = Know(DATES);
     return *valid ? d_scope->catalogue.Dates() : QStringList();
 }
@@ -269,14 +269,14 @@ bool TDatabase::Read_Into_Catalogue(int table) const
 {
     TDatabaseCatalogue& catalogue = d_scope->catalogue;
     if (table == DATES)
-        return Read(Statements::Select_All_Dates(), [&catalogue](const QSqlQuery& row) {
+        return Read(Statements::SELECT_ALL_DATES, [&catalogue](const QSqlQuery& row) {
             catalogue.Add_Date(row.value(0).toInt(), row.value(1).toString());
         });
     if (table == TIMES)
-        return Read(Statements::Select_All_Times(), [&catalogue](const QSqlQuery& row) {
+        return Read(Statements::SELECT_ALL_TIMES, [&catalogue](const QSqlQuery& row) {
             catalogue.Add_Time(row.value(0).toInt(), row.value(1).toInt(), row.value(2).toString());
         });
-    return Read(Statements::Select_All_Rows(), [&catalogue](const QSqlQuery& row) {
+    return Read(Statements::SELECT_ALL_ROWS, [&catalogue](const QSqlQuery& row) {
         catalogue.Add_Rows(row.value(0).toInt(), row.value(1).toInt(),
                            {row.value(2).toLongLong(), row.value(3).toLongLong()});
     });
@@ -289,7 +289,7 @@ bool TDatabase::Add_Database_Item(const TDatabaseItem& item)
     if (d_scope)
         return Add_To_Replacement(item);
     // A failed save leaves its transaction open; what it had written must not be committed with this set.
-    Try(Statements::Roll_Back());
+    Try(Statements::ROLL_BACK);
 
     const int date_id = Make_Row(DATE, DATE_NOT_FOUND, Statements::Select_Date_Id(item.Date()),
                                  Statements::Insert_Date(item.Date()));
@@ -334,7 +334,7 @@ int TDatabase::Insert_Row(const QString& table, const QString& insert)
 // open: the next change rolls it back.
 bool TDatabase::Replace_Positions(int date_id, int time_id, const TDatabaseItem& item)
 {
-    Try(Statements::Begin());
+    Try(Statements::BEGIN);
     const bool deleted = Run(Statements::Delete_Positions(date_id, time_id), DELETE_FAILURE);
     // With the first change nobody else can change anything; before, the database may have been replaced.
     const bool stands =
@@ -345,9 +345,9 @@ bool TDatabase::Replace_Positions(int date_id, int time_id, const TDatabaseItem&
         return false;
     // A failed begin does no harm. A failed commit loses the set, and a transaction that stayed open would
     // lock other processes out.
-    if (stands && Run(Statements::Commit(), DATA_FAILURE))
+    if (stands && Run(Statements::COMMIT, DATA_FAILURE))
         return true;
-    Try(Statements::Roll_Back());
+    Try(Statements::ROLL_BACK);
     return false;
 }
 
@@ -370,12 +370,12 @@ bool TDatabase::Add_To_Replacement(const TDatabaseItem& item)
 {
     if (!d_scope->replacing || !d_scope->failure.isEmpty())
         return Fail(d_scope->replacing ? d_scope->failure : QStringLiteral("The database is being read"));
-    if (Run(Statements::Begin_Set(), DATA_FAILURE) && Insert_Set(item) &&
-        Run(Statements::End_Set(), DATA_FAILURE))
+    if (Run(Statements::BEGIN_SET, DATA_FAILURE) && Insert_Set(item) &&
+        Run(Statements::END_SET, DATA_FAILURE))
         return true;
     const QString error = Last_Error();
     const bool refused = Was_Refused();
-    if (!refused || !Run(Statements::Undo_Set(), error) || !Run(Statements::End_Set(), error))
+    if (!refused || !Run(Statements::UNDO_SET, error) || !Run(Statements::END_SET, error))
         d_scope->failure = error;
     return Fail(error);
 }

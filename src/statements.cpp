@@ -61,11 +61,6 @@ const Statements::TTable Statements::TABLES[4] = {
                    "tool_x REAL,tool_y REAL,tool_z REAL)")},
 };
 
-QString Statements::Select_Tables()
-{
-    return QStringLiteral("SELECT name FROM sqlite_master WHERE type='table'");
-}
-
 QString Statements::Delete_All(const TTable& table)
 {
     return QStringLiteral("DELETE FROM %1").arg(table.name);
@@ -79,11 +74,6 @@ QString Statements::Delete_Row(const QString& table, int id)
 QString Statements::Select_Date_Id(const QString& date)
 {
     return QStringLiteral("SELECT date_id FROM date WHERE entry='%1'").arg(Quoted(date));
-}
-
-QString Statements::Select_Dates()
-{
-    return QStringLiteral("SELECT entry FROM date");
 }
 
 QString Statements::Insert_Date(const QString& date)
@@ -135,9 +125,7 @@ QString Statements::Insert_Position(int date_id, int time_id, const Types::TBall
     for (const double* number : Stored_Numbers(position)) {
         // The quotes about the tool's x are harmless: the column's type makes a number of it.
         const bool quoted = number == &position.tool.x;
-        text += COMMA;
-        if (quoted)
-            text += QUOTE;
+        text += QLatin1String(quoted ? ",'" : ",");
         Append_Fixed(&text, *number, 5);
         if (quoted)
             text += QUOTE;
@@ -160,63 +148,7 @@ QString Statements::Insert_Summary(int date_id, int time_id, const TDatabaseItem
              Summary_Value(item.Standard_Deviation()));
 }
 
-QString Statements::Select_All_Dates()
-{
-    return QStringLiteral("SELECT date_id,entry FROM date");
-}
-
-QString Statements::Select_All_Times()
-{
-    return QStringLiteral("SELECT date_id,time_id,entry FROM time");
-}
-
-QString Statements::Select_All_Rows()
-{
-    return QStringLiteral("SELECT date_id,time_id,min(rowid),max(rowid) FROM data GROUP BY date_id,time_id");
-}
-
-QString Statements::Begin()
-{
-    return QStringLiteral("BEGIN TRANSACTION");
-}
-
-QString Statements::Commit()
-{
-    return QStringLiteral("COMMIT");
-}
-
-QString Statements::Roll_Back()
-{
-    return QStringLiteral("ROLLBACK");
-}
-
-QString Statements::Begin_Alone()
-{
-    return QStringLiteral("BEGIN EXCLUSIVE");
-}
-
-QString Statements::Keep_Lock(bool keep)
-{
-    return QStringLiteral("PRAGMA locking_mode=%1")
-        .arg(keep ? QLatin1String("EXCLUSIVE") : QLatin1String("NORMAL"));
-}
-
 QString Statements::Copy_Into(const QString& file)
 {
     return QStringLiteral("VACUUM INTO '%1'").arg(Quoted(file));
-}
-
-QString Statements::Begin_Set()
-{
-    return QStringLiteral("SAVEPOINT one_set");
-}
-
-QString Statements::End_Set()
-{
-    return QStringLiteral("RELEASE one_set");
-}
-
-QString Statements::Undo_Set()
-{
-    return QStringLiteral("ROLLBACK TO one_set");
 }

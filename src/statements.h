@@ -22,13 +22,13 @@ struct TTable
 /// The tables in the order they are created and emptied.
 extern const TTable TABLES[4];
 
-QString Select_Tables();
+inline const QString SELECT_TABLES = QStringLiteral("SELECT name FROM sqlite_master WHERE type='table'");
 QString Delete_All(const TTable& table);
 /// Deletes one row of table date or time.
 QString Delete_Row(const QString& table, int id);
 
+inline const QString SELECT_DATES = QStringLiteral("SELECT entry FROM date");
 QString Select_Date_Id(const QString& date);
-QString Select_Dates();
 QString Insert_Date(const QString& date);
 
 QString Select_Time_Id(int date_id, const QString& time);
@@ -56,23 +56,25 @@ QString Insert_Summary(int date_id, int time_id, const TDatabaseItem& item);
 
 /// What a catalogue is filled from: the ids and entries of all dates and of all times, and for each set its
 /// ids and the first and the last row of its positions.
-QString Select_All_Dates();
-QString Select_All_Times();
-QString Select_All_Rows();
+inline const QString SELECT_ALL_DATES = QStringLiteral("SELECT date_id,entry FROM date");
+inline const QString SELECT_ALL_TIMES = QStringLiteral("SELECT date_id,time_id,entry FROM time");
+inline const QString SELECT_ALL_ROWS =
+    QStringLiteral("SELECT date_id,time_id,min(rowid),max(rowid) FROM data GROUP BY date_id,time_id");
 
-QString Begin();
-QString Commit();
-QString Roll_Back();
-/// Locks out readers and writers at once, where Begin() locks out writers at the first change.
-QString Begin_Alone();
-/// Keeps the lock when the transaction ends, or gives it back then.
-QString Keep_Lock(bool keep);
+inline const QString BEGIN = QStringLiteral("BEGIN TRANSACTION");
+inline const QString COMMIT = QStringLiteral("COMMIT");
+inline const QString ROLL_BACK = QStringLiteral("ROLLBACK");
+/// Locks out readers and writers at once, where BEGIN locks out writers at the first change.
+inline const QString BEGIN_ALONE = QStringLiteral("BEGIN EXCLUSIVE");
+/// The lock stays when the transaction ends, or is given back then.
+inline const QString KEEP_LOCK = QStringLiteral("PRAGMA locking_mode=EXCLUSIVE");
+inline const QString GIVE_LOCK_BACK = QStringLiteral("PRAGMA locking_mode=NORMAL");
 /// Writes a consistent copy of the whole database into a file that does not exist yet.
 QString Copy_Into(const QString& file);
 
-/// A transaction within the transaction, for one set. Undo_Set() does not end it: End_Set() must follow.
-QString Begin_Set();
-QString End_Set();
-QString Undo_Set();
+/// A transaction within the transaction, for one set. UNDO_SET does not end it: END_SET must follow.
+inline const QString BEGIN_SET = QStringLiteral("SAVEPOINT one_set");
+inline const QString END_SET = QStringLiteral("RELEASE one_set");
+inline const QString UNDO_SET = QStringLiteral("ROLLBACK TO one_set");
 
 } // namespace Statements
