@@ -52,7 +52,7 @@ int TOpenGLWidget::Get_OpenGL_Version_Major(QString* version_text, QString* exte
     *version_text = GL_Text(&context, GL_VERSION);
     *extensions_text = GL_Text(&context, GL_EXTENSIONS);
     context.doneCurrent();
-    return version_text->simplified().section(' ', 0, 0).section('.', 0, 0).toInt();
+    return version_text->simplified().section(QLatin1Char(' '), 0, 0).section(QLatin1Char('.'), 0, 0).toInt();
 }
 
 void TOpenGLWidget::Convert_To_GLViewport(short* x, short* y)
