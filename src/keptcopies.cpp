@@ -34,7 +34,8 @@ QString Kept_Copies::File_Name(const QString& database_file, const QDateTime& mo
     const QFileInfo file(database_file);
     // The C locale, because a language may bring digits of its own.
     const QString stamp = QLocale::c().toString(moment, "yyyy-MM-dd_hh-mm-ss-zzz");
-    return file.dir().absoluteFilePath(file.completeBaseName() + "_" + stamp + ".db");
+    const QString name = file.dir().absoluteFilePath(file.completeBaseName() + "_" + stamp + ".db");
+    return QFile::exists(name) ? File_Name(database_file, moment.addMSecs(1)) : name;
 }
 
 QString Kept_Copies::Unfinished_File(const QString& database_file)
