@@ -34,7 +34,9 @@ QString KeptCopies::File_Name(const QString& database_file, const QDateTime& mom
     const QFileInfo file(database_file);
     // The C locale, because a language may bring digits of its own.
     const QString stamp = QLocale::c().toString(moment, QStringLiteral("yyyy-MM-dd_hh-mm-ss-zzz"));
-    return file.dir().absoluteFilePath(QStringLiteral("%1_%2.db").arg(file.completeBaseName(), stamp));
+    const QString name =
+        file.dir().absoluteFilePath(QStringLiteral("%1_%2.db").arg(file.completeBaseName(), stamp));
+    return QFile::exists(name) ? File_Name(database_file, moment.addMSecs(1)) : name;
 }
 
 QString KeptCopies::Unfinished_File(const QString& database_file)

@@ -10,7 +10,8 @@
 namespace KeptCopies
 {
 
-/// The path of a copy of `database_file` made at `moment`.
+/// The path of a copy of `database_file` made at `moment`; where there is one already, of the next
+/// millisecond.
 QString File_Name(const QString& database_file, const QDateTime& moment);
 /// The path under which a copy is written before Put_In_Place() gives it its name.
 QString Unfinished_File(const QString& database_file);
