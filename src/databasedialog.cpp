@@ -409,8 +409,8 @@ void TDatabaseDialog::Work(const QString& text, const std::function<void(const T
     Set_Busy(false);
 }
 
-// Keeps what the main window is to tell of a command. After a success there is nothing to tell. A command that
-// was cancelled leaves what an earlier one has to tell.
+// Keeps what the main window is to tell of a command. After a success there is nothing to tell. A command
+// that was cancelled leaves what an earlier one has to tell.
 void TDatabaseDialog::Report(const QString& command, const TOutcome& outcome)
 {
     if (outcome.end == TOutcome::COMPLETE)
