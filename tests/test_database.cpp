@@ -412,9 +412,9 @@ TEST_F(Database, KeepsFiveCopies)
     for (int i = 1; i <= 7; ++i) {
         QTest::qWait(2); // copies of one millisecond would have one name
         EXPECT_EQ(Replace({i}), QString("done: a=%1").arg(i));
-        EXPECT_EQ(Kept_Copies::List(d_file).size(), std::min(i, 5));
+        EXPECT_EQ(KeptCopies::List(d_file).size(), std::min(i, 5));
     }
-    EXPECT_TRUE(d_database.Connect(Kept_Copies::List(d_file)[0]) && Holds("a", 2));
+    EXPECT_TRUE(d_database.Connect(KeptCopies::List(d_file)[0]) && Holds("a", 2));
     EXPECT_TRUE(d_database.Connect(d_file));
     // What does not fit leaves nothing behind, and the older copies stay.
     const QStringList files = QDir(d_folder.path()).entryList();
@@ -424,7 +424,7 @@ TEST_F(Database, KeepsFiveCopies)
     for (int i = 1; i <= 5; ++i) // from before the clock was set back
         Write(d_folder.filePath(QString("a[1]_209%1-03-01_10-15-02-123.db").arg(i)), "");
     EXPECT_EQ(Replace({8}), "done: a=8"); // they go first
-    EXPECT_TRUE(d_database.Connect(Kept_Copies::List(d_file)[0]) && Holds("a", 3));
+    EXPECT_TRUE(d_database.Connect(KeptCopies::List(d_file)[0]) && Holds("a", 3));
     for (const QString& name : others + leftovers)
         EXPECT_EQ(QFile::exists(d_folder.filePath(name)), others.contains(name)) << name.toStdString();
 }
@@ -454,11 +454,11 @@ TEST_F(Database, RestoresWhatTheBackupSays)
     };
     const auto no_progress = [](int /*done*/, int /*all*/) {};
     const auto backup_of_restored = [&](const QByteArray& content) {
-        EXPECT_EQ(Backup_Transfer::Read(content, &d_database, no_progress).end,
-                  Backup_Transfer::TOutcome::COMPLETE);
+        EXPECT_EQ(BackupTransfer::Read(content, &d_database, no_progress).end,
+                  BackupTransfer::TOutcome::COMPLETE);
         QBuffer backup;
         backup.open(QIODevice::WriteOnly);
-        EXPECT_EQ(Backup_Transfer::Write(&d_database, &backup, no_progress).left_out, 0);
+        EXPECT_EQ(BackupTransfer::Write(&d_database, &backup, no_progress).left_out, 0);
         return backup.data();
     };
     for (const auto& [read, written] : backups) {
@@ -534,8 +534,8 @@ TEST_F(DatabaseDialog, BackupRestoreBackupIsTheSameToTheByte)
     EXPECT_TRUE(Written("backup") == backup && !QFile::exists(d_file + "-journal"));
     EXPECT_EQ(Rows("SELECT count(*) FROM summary WHERE min_length>300"), QStringList("200"));
     EXPECT_EQ(Rows("PRAGMA locking_mode"), QStringList("normal"));
-    ASSERT_EQ(Kept_Copies::List(d_file).size(), 1);
-    ASSERT_TRUE(d_dialog.Connect_To_Database(Kept_Copies::List(d_file)[0]));
+    ASSERT_EQ(KeptCopies::List(d_file).size(), 1);
+    ASSERT_TRUE(d_dialog.Connect_To_Database(KeptCopies::List(d_file)[0]));
     EXPECT_EQ(Written("backup").count("Entry_Date:later\nEntry_Time:1\nEntry:"), 1);
 }
 
@@ -566,7 +566,7 @@ TEST_F(DatabaseDialog, WhatIsNoBackupChangesNothing)
         EXPECT_EQ(d_dialog.Failures().value(0).right(row[1].size()), row[1]);
     }
     EXPECT_EQ(Stored(), "A|1=2");
-    EXPECT_TRUE(Kept_Copies::List(d_file).isEmpty());
+    EXPECT_TRUE(KeptCopies::List(d_file).isEmpty());
 }
 
 TEST_F(DatabaseDialog, TellsWhatFailed)

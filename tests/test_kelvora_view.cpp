@@ -165,7 +165,9 @@ TEST_F(KelvoraView, ButtonsKeyboardAndScreenReader)
     }
     for (const char* const button : {"tb_scale_to_fit", "tb_pan", "tb_rotate2d", "tb_rotate3d"}) {
         QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
-        EXPECT_EQ(window->focusWidget()->objectName(), button);
+        QWidget* focus = window->focusWidget();
+        EXPECT_EQ(focus->objectName(), button);
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(focus)->text(QAccessible::Name), focus->toolTip());
     }
     QTest::keyClick(window->focusWidget(), Qt::Key_Space);
     EXPECT_TRUE(view->d_Rotate3dMode);

@@ -15,10 +15,10 @@ constexpr double FLOAT = 1e-6; // the driver keeps its matrices in single precis
 class TTestDisplay : public TOpenGLDisplay
 {
 public:
-    using TOpenGLDisplay::d_BallBars;
+    using TOpenGLDisplay::d_ballbars;
     using TOpenGLDisplay::d_RotationCenter;
     using TOpenGLDisplay::d_RubberBand;
-    using TOpenGLDisplay::d_TriadOrigin;
+    using TOpenGLDisplay::d_triad_origin;
     using TOpenGLDisplay::Triad;
 
     TCamera Camera()
@@ -101,12 +101,12 @@ TEST_F(OpenGLDisplay, FirstPaintFitsAndResizingDoesNot)
 {
     view.Add(0, {-400, 0, 0}, {100, 500, 50}); // leaves the machine's volume
     Fit(&view);
-    for (const TVector3& end : {TVector3(-400, 0, 0), {100, 500, 50}, view.d_TriadOrigin})
+    for (const TVector3& end : {TVector3(-400, 0, 0), {100, 500, 50}, view.d_triad_origin})
         EXPECT_TRUE(view.rect().contains(Pixel(&view, end).toPoint()));
     view.Clear_BallBars();
     Fit(&view);
     const QImage box = view.grabFramebuffer();
-    const TVector3 triad = view.d_TriadOrigin;
+    const TVector3 triad = view.d_triad_origin;
     for (const TVector3& on_line :
          {TVector3(15, 0, 0), {0, 10, 0}, {0, 0, 10}, {15, 20, 20}, {30, 10, 20}, triad}) {
         const QRect spot(Pixel(&view, on_line).toPoint() - QPoint(1, 1), QSize(3, 3));
@@ -127,7 +127,7 @@ TEST_F(OpenGLDisplay, ClicksReportThePointOnTheSurface)
         const double reach = 0.7 * RADIUS / view.Pixel_Size();
         for (const double angle : {0.0, 1.0, 2.5, 4.0, 5.5}) {
             Click(&view, Pixel(&view, CENTER) + reach * QPointF(std::cos(angle), std::sin(angle)));
-            EXPECT_NEAR(Length(points.last() - CENTER), RADIUS, 1.5 * view.Pixel_Size());
+            EXPECT_NEAR((points.last() - CENTER).Length(), RADIUS, 1.5 * view.Pixel_Size());
         }
     }
     EXPECT_EQ(items, QVector<int>(10, -1));                              // drawn, but no item has a length
@@ -137,7 +137,7 @@ TEST_F(OpenGLDisplay, ClicksReportThePointOnTheSurface)
     // Just beside the sphere the depth of what is near counts.
     Click(&view, Pixel(&view, CENTER) + QPointF(RADIUS / view.Pixel_Size() + 6, 0));
     EXPECT_EQ(items.size(), 11);
-    EXPECT_LT(Length(points.last() - CENTER), 2 * RADIUS);
+    EXPECT_LT((points.last() - CENTER).Length(), 2 * RADIUS);
     Drag(&view, Qt::LeftButton, {Pixel(&view, CENTER), Pixel(&view, CENTER) + QPointF(1, 0)}); // trembles
     EXPECT_EQ(items.size(), 12);
 }
@@ -184,13 +184,13 @@ TEST_F(OpenGLDisplay, RightDragModes)
         EXPECT_EQ(after.model(0) == before.model(0), effect == 'P' || effect == '-');
         // The line of sight keeps its place in the model only when the turn is about it.
         const TVector3 sight = after.model * TVector3(0, 0, 1) - before.model * TVector3(0, 0, 1);
-        EXPECT_EQ(Length(sight) > 1e-6, effect == 'T');
+        EXPECT_EQ(sight.Length() > 1e-6, effect == 'T');
         if (effect == 'P') {
             EXPECT_NEAR(after.projection(12) - before.projection(12), -10.0 / 300, FLOAT);
             EXPECT_NEAR(after.projection(13) - before.projection(13), -50.0 / 200, FLOAT);
         } else if (effect != '-') { // the surface point that was in the middle stays there
             const TVector3 center = view.d_RotationCenter * -1.0;
-            EXPECT_NEAR(Length(center - CENTER), RADIUS, 3 * view.Pixel_Size());
+            EXPECT_NEAR((center - CENTER).Length(), RADIUS, 3 * view.Pixel_Size());
             EXPECT_LT(QLineF(Pixel(&view, center), {300, 200}).length(), 1.5);
         }
     }
@@ -269,8 +269,8 @@ TEST_F(OpenGLDisplay, ColoursOfEveryState)
         const TVector3 on_rod = view.Front({1, 0, 0});
         const QColor sphere = color(CENTER - half + RADIUS * on_sphere);
         const QColor rod = color(CENTER + RADIUS / 2 * on_rod);
-        EXPECT_LT(Length(Colour_Error(sphere, sphere_color, alpha, 0.3, on_sphere)), 6);
-        EXPECT_LT(Length(Colour_Error(rod, rod_color, alpha, 0.1, on_rod)), 6);
+        EXPECT_LT(Colour_Error(sphere, sphere_color, alpha, 0.3, on_sphere).Length(), 6);
+        EXPECT_LT(Colour_Error(rod, rod_color, alpha, 0.1, on_rod).Length(), 6);
         // The probe shows on the selected bar alone, opaque in either case.
         const int red =
             Count(picture, [](const QColor& c) { return c.red() > 150 && c.green() + c.blue() < 130; });
@@ -306,7 +306,7 @@ TEST_F(OpenGLDisplay, EveryBarCarriesItsLabel)
         view.Add(i, {0, 12.0 * i, 0}, {40, 12.0 * i, 0}, false, i % 2 == 1);
     Fit(&view);
     const QImage picture = view.grabFramebuffer();
-    for (const auto& bar : view.d_BallBars) {
+    for (const auto& bar : view.d_ballbars) {
         const QPoint corner = Pixel(&view, bar.label).toPoint() - QPoint(1, 1);
         const QRect label(corner, QFontMetrics(view.font()).size(0, bar.name) + QSize(3, 3));
         EXPECT_EQ(picture.pixelColor(corner), QColor(236, 236, 236)); // 224 at 160/255 over white

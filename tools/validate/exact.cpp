@@ -5,8 +5,8 @@ namespace mp = boost::multiprecision;
 
 const TExact& Noise()
 {
-    static const TExact noise("1e-10");
-    return noise;
+    static const TExact NOISE("1e-10");
+    return NOISE;
 }
 
 TExact Exact(const std::string& text)

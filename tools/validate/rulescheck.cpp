@@ -25,6 +25,25 @@ void Apply(TWindow* window, const std::string& expression, int slider = 0)
     window->Set_Tolerance(tolerance);
 }
 
+struct TPrintedNumber
+{
+    const char* name;
+    const char* field;
+    const char* by_hand;
+};
+
+constexpr TPrintedNumber PRINTED_NUMBERS[] = {{"sphere 1, x", "sphere1_x", "0.0313"},
+                                              {"sphere 1, y", "sphere1_y", "-0.0313"},
+                                              {"sphere 1, z", "sphere1_z", "0.0000"},
+                                              {"sphere 2, x", "sphere2_x", "-0.0000"},
+                                              {"sphere 2, y", "sphere2_y", "0.0001"},
+                                              {"sphere 2, z", "sphere2_z", "1234.5679"},
+                                              {"form error of sphere 1", "sphere1_form", "0.0005"},
+                                              {"form error of sphere 2", "sphere2_form", "0.0005"},
+                                              {"probe offset, x", "probe_x", "-0.5000"},
+                                              {"probe offset, y", "probe_y", "0.0000"},
+                                              {"probe offset, z", "probe_z", "100.0000"}};
+
 TCheck Printed_Numbers_Are_Rounded(const TPrivateHome& home, TWindow* window)
 {
     TWorkedExample example(
@@ -37,23 +56,7 @@ TCheck Printed_Numbers_Are_Rounded(const TPrivateHome& home, TWindow* window)
     example.Show("The file; 0.03125 is 1/32, which a computer holds without rounding:", file);
     window->Import(home.Write("example.dat", file));
     window->Select(0);
-    const struct
-    {
-        const char* name;
-        const char* field;
-        const char* by_hand;
-    } rows[] = {{"sphere 1, x", "sphere1_x", "0.0313"},
-                {"sphere 1, y", "sphere1_y", "-0.0313"},
-                {"sphere 1, z", "sphere1_z", "0.0000"},
-                {"sphere 2, x", "sphere2_x", "-0.0000"},
-                {"sphere 2, y", "sphere2_y", "0.0001"},
-                {"sphere 2, z", "sphere2_z", "1234.5679"},
-                {"form error of sphere 1", "sphere1_form", "0.0005"},
-                {"form error of sphere 2", "sphere2_form", "0.0005"},
-                {"probe offset, x", "probe_x", "-0.5000"},
-                {"probe offset, y", "probe_y", "0.0000"},
-                {"probe offset, z", "probe_z", "100.0000"}};
-    for (const auto& row : rows)
+    for (const auto& row : PRINTED_NUMBERS)
         example.Expect(row.name, row.by_hand, window->Field(row.field));
     return example.Check();
 }
@@ -106,6 +109,28 @@ TCheck Estimated_Range_Is_Three_Sigma(const TPrivateHome& home, TWindow* window)
     return example.Check();
 }
 
+struct TToleranceForm
+{
+    const char* expression;
+    const char* by_hand; ///< in the report, and in the panel
+};
+
+constexpr TToleranceForm TOLERANCES[] = {{"0.010", "0.0100 and 0.0100"},
+                                         {"1.0", "1.0000 and 1.0000"},
+                                         {"1.0001", "marked, 0.0000 and 0.0000"},
+                                         {"0.012 + 0.006L/1000", "0.0240 and 0.0270"},
+                                         {"0.012+0.006l/1000", "0.0240 and 0.0270"},
+                                         {"0.012 + 1.0L/100000", "0.0320 and 0.0370"},
+                                         {"0.012 + 1.001L/100000", "marked, 0.0000 and 0.0000"},
+                                         {"0.012 + 0.006L/0.1", "0.0120 and 0.0120"},
+                                         {"0.012 + 0.0001L/0.11", "1.8302 and 2.2847"},
+                                         {"0.012 + 0.006L/1000 | 0.0239", "0.0239 and 0.0239"},
+                                         {"0.012 + 0.006L/1000 | 0.025", "0.0240 and 0.0250"},
+                                         {"0.012 + 0.006L/1000 | 1.0", "0.0240 and 0.0270"},
+                                         {"0.012 + 0.006L/1000 | 1.001", "marked, 0.0000 and 0.0000"},
+                                         {"0.012 + 0.006L/1000 : 0.020", "marked, 0.0000 and 0.0000"},
+                                         {"-0.010", "marked, 0.0000 and 0.0000"}};
+
 TCheck Tolerance_Forms(const TPrivateHome& home, TWindow* window, TTally* tally)
 {
     TWorkedExample example("Forms of the tolerance",
@@ -121,26 +146,7 @@ TCheck Tolerance_Forms(const TPrivateHome& home, TWindow* window, TTally* tally)
     example.Show(
         "The mean is 2000 mm, the median 2500 mm; below are the tolerance in the report and in the panel:",
         "T(L) = A + B * L / C | D");
-    const struct
-    {
-        const char* expression;
-        const char* by_hand; ///< in the report, and in the panel
-    } rows[] = {{"0.010", "0.0100 and 0.0100"},
-                {"1.0", "1.0000 and 1.0000"},
-                {"1.0001", "marked, 0.0000 and 0.0000"},
-                {"0.012 + 0.006L/1000", "0.0240 and 0.0270"},
-                {"0.012+0.006l/1000", "0.0240 and 0.0270"},
-                {"0.012 + 1.0L/100000", "0.0320 and 0.0370"},
-                {"0.012 + 1.001L/100000", "marked, 0.0000 and 0.0000"},
-                {"0.012 + 0.006L/0.1", "0.0120 and 0.0120"},
-                {"0.012 + 0.0001L/0.11", "1.8302 and 2.2847"},
-                {"0.012 + 0.006L/1000 | 0.0239", "0.0239 and 0.0239"},
-                {"0.012 + 0.006L/1000 | 0.025", "0.0240 and 0.0250"},
-                {"0.012 + 0.006L/1000 | 1.0", "0.0240 and 0.0270"},
-                {"0.012 + 0.006L/1000 | 1.001", "marked, 0.0000 and 0.0000"},
-                {"0.012 + 0.006L/1000 : 0.020", "marked, 0.0000 and 0.0000"},
-                {"-0.010", "marked, 0.0000 and 0.0000"}};
-    for (const auto& row : rows) {
+    for (const auto& row : TOLERANCES) {
         Apply(window, row.expression);
         const std::string verdict = window->Is_Marked("expression") ? "marked, " : "";
         window->Import(home.Write("example.dat", File_Of({"1000", "1000", "4000"})));
@@ -226,6 +232,21 @@ TCheck Bins_Are_Open(const TPrivateHome& home, TWindow* window)
     return example.Check();
 }
 
+struct TOffsetExample
+{
+    const char* name;
+    const char* file;
+    const char* x;
+    const char* z;
+    const char* form;
+};
+
+constexpr TOffsetExample OFFSETS[] = {
+    {"BallBar_V1", "BallBar_V1\nP1,,0,0,0,100,0,0,3,0,-5\n", "3.0000", "-5.0000", "0.0000"},
+    {"BallBar_V2", "BallBar_V2\nP1,,0,0,0,100,0,0,0.001,0.002,3,0,-5\n", "3.0000", "-5.0000", "0.0010"},
+    {"current format", "B89.4.1_Data:Version=1:Type=BallBar\nP1,,0,0,0,100,0,0,0.001,0.002,3,0,-5\n",
+     "0.0000", "0.0000", "0.0010"}};
+
 TCheck Older_Formats_Need_The_Offset(const TPrivateHome& home, TWindow* window)
 {
     TWorkedExample example(
@@ -233,19 +254,7 @@ TCheck Older_Formats_Need_The_Offset(const TPrivateHome& home, TWindow* window)
         "BallBar_V1 and BallBar_V2 state the centres without the probe offset, which is added to "
         "both; the current format\nstates them with it. BallBar_V1 has no form errors, which count "
         "as 0.");
-    const struct
-    {
-        const char* name;
-        const char* file;
-        const char* x;
-        const char* z;
-        const char* form;
-    } formats[] = {
-        {"BallBar_V1", "BallBar_V1\nP1,,0,0,0,100,0,0,3,0,-5\n", "3.0000", "-5.0000", "0.0000"},
-        {"BallBar_V2", "BallBar_V2\nP1,,0,0,0,100,0,0,0.001,0.002,3,0,-5\n", "3.0000", "-5.0000", "0.0010"},
-        {"current format", "B89.4.1_Data:Version=1:Type=BallBar\nP1,,0,0,0,100,0,0,0.001,0.002,3,0,-5\n",
-         "0.0000", "0.0000", "0.0010"}};
-    for (const auto& format : formats) {
+    for (const auto& format : OFFSETS) {
         const std::string name = format.name;
         example.Show(name + ":", format.file);
         window->Import(home.Write("example.dat", format.file));
@@ -299,34 +308,37 @@ TCheck Database_Keeps_Five_Decimals(const TPrivateHome& home)
     return example.Check();
 }
 
+struct TMachineLimit
+{
+    const char* name;
+    const char* field;
+    const char* at_first;
+    const char* typed;
+    const char* used;
+};
+
+constexpr TMachineLimit MACHINE_LIMITS[] = {{"Min X", "min_x", "0.000", "500", "100.000"},
+                                            {"Max X", "max_x", "1200.000", "100", "500.000"},
+                                            {"Min Y", "min_y", "0.000", "10", "10.000"},
+                                            {"Max Y", "max_y", "2200.000", "15", "20.000"},
+                                            {"Min Z", "min_z", "-1000.000", "-1000.5", "-1000.500"},
+                                            {"Max Z", "max_z", "0.000", "0", "0.000"}};
+
 TCheck Machine_Limits_Are_Ordered(TWindow* window, TTally* tally)
 {
     TWorkedExample example("Limits of the machine",
                            "bounds in the wrong order are put in order, and an axis is at "
                            "least 10 mm long. They are shown with 3 decimals.");
-    const struct
-    {
-        const char* name;
-        const char* field;
-        const char* at_first;
-        const char* typed;
-        const char* used;
-    } rows[] = {{"Min X", "min_x", "0.000", "500", "100.000"},
-                {"Max X", "max_x", "1200.000", "100", "500.000"},
-                {"Min Y", "min_y", "0.000", "10", "10.000"},
-                {"Max Y", "max_y", "2200.000", "15", "20.000"},
-                {"Min Z", "min_z", "-1000.000", "-1000.5", "-1000.500"},
-                {"Max Z", "max_z", "0.000", "0", "0.000"}};
     std::vector<std::string> typed;
-    for (const auto& row : rows) {
+    for (const auto& row : MACHINE_LIMITS) {
         typed.emplace_back(row.typed);
         example.Expect(std::string(row.name) + " at the first start", row.at_first, window->Field(row.field));
         tally->Number("Machine panel, limits", Exact(row.at_first), 3, window->Field(row.field));
     }
     const std::vector<double> limits = window->Machine_Limits(typed);
     for (size_t i = 0; i < limits.size(); ++i)
-        example.Expect(std::string(rows[i].name) + ", typed as " + rows[i].typed, rows[i].used,
-                       Printed(TExact(limits[i]), 3));
+        example.Expect(std::string(MACHINE_LIMITS[i].name) + ", typed as " + MACHINE_LIMITS[i].typed,
+                       MACHINE_LIMITS[i].used, Printed(TExact(limits[i]), 3));
     return example.Check();
 }
 

@@ -21,9 +21,9 @@ void Append_First(std::vector<TTally::TExample>* list, const std::vector<TTally:
 
 TSide Side_Of(const TExact& value, const TExact& edge, bool is_exact)
 {
-    static const TExact last_digits("1e-30"); // of a root, which the yardstick too must round
+    static const TExact LAST_DIGITS("1e-30"); // of a root, which the yardstick too must round
     const TExact difference = value - edge;
-    if (mp::abs(difference) <= (is_exact ? last_digits : Noise()))
+    if (mp::abs(difference) <= (is_exact ? LAST_DIGITS : Noise()))
         return is_exact ? TSide::ON : TSide::UNSURE;
     return difference > 0 ? TSide::ABOVE : TSide::BELOW;
 }
