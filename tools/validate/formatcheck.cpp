@@ -67,6 +67,27 @@ void Check_Restored(const TRound& imported, const std::vector<TExactSet>& stored
     }
 }
 
+// Tells the sets as they were stored.
+std::vector<TExactSet> Back_Up_And_Restore(const TPrivateHome& home, const TRound& imported, TTally* tally)
+{
+    TStore store(home);
+    const std::string backup = store.Written_Backup();
+    const std::vector<TExactSet> stored = Read_Backup(backup);
+    Check_Stored_Numbers(stored, imported.sets, tally);
+    Check_Summaries(&store, stored, imported.sets, tally);
+    store.Restore_Into_New_Database();
+    Check_Summaries(&store, stored, imported.sets, tally);
+    tally->Set_Place("backup of the restored database");
+    tally->Decision("The same: backup after a restore", true, false, store.Written_Backup() == backup);
+    return stored;
+}
+
+const char* const DEMAND = "a file of each format, imported, saved, backed up, restored into an empty "
+                           "database and loaded again, gives the\n"
+                           "same report to the letter, and every number is what the formula gives. (The "
+                           "coordinates have 5 decimals, so that\n"
+                           "storing loses nothing.)";
+
 } // namespace
 
 TCheck Check_Formats(const TPrivateHome& home, TTally* all)
@@ -74,35 +95,19 @@ TCheck Check_Formats(const TPrivateHome& home, TTally* all)
     TTally tally;
     home.Remove_Database();
     const TRound imported = Import_And_Save(home, &tally);
-    std::vector<TExactSet> stored;
-    {
-        TStore store(home);
-        const std::string backup = store.Written_Backup();
-        stored = Read_Backup(backup);
-        Check_Stored_Numbers(stored, imported.sets, &tally);
-        Check_Summaries(&store, stored, imported.sets, &tally);
-        store.Restore_Into_New_Database();
-        Check_Summaries(&store, stored, imported.sets, &tally);
-        tally.Set_Place("backup of the restored database");
-        tally.Decision("The same: backup after a restore", true, false, store.Written_Backup() == backup);
-    }
-    Check_Restored(imported, stored, &tally);
+    Check_Restored(imported, Back_Up_And_Restore(home, imported, &tally), &tally);
+    all->Add(tally);
 
     const TTally::TCount sum = tally.Sum();
     TCheck check;
     check.title = "Each format round";
-    check.demand =
-        "a file of each format, imported, saved, backed up, restored into an empty database and loaded "
-        "again, "
-        "gives the same\nreport to the letter, and every number is what the formula gives. (The coordinates "
-        "have 5 decimals, so that storing loses\nnothing.)";
+    check.demand = DEMAND;
     check.found = "3 formats, " + Grouped(sum.compared) + " comparisons: " + Grouped(sum.wrong) + " wrong, " +
                   Grouped(sum.ties) + " ties";
     check.passed = sum.wrong == 0;
     for (const char* file : FILES)
-        check.details += std::string("```\n") + file + "```\n\n";
+        check.details.append("```\n").append(file).append("```\n\n");
     check.details += Tables_Of(tally);
     check.fault = First_Fault(tally);
-    all->Add(tally);
     return check;
 }

@@ -93,13 +93,17 @@ void Compare(const char* way, const TReference& reference, const TCertified& cer
                         " and " + Printed(deviation, 1) + " digits. ";
 }
 
-} // namespace
-
-TCheck Check_Reference_Data(const TPrivateHome& home)
+/// The three ways.
+struct TWays
 {
     TWay file;
     TWay database;
     TWay restored;
+};
+
+TWays Go_All_Ways(const TPrivateHome& home)
+{
+    TWays ways;
     home.Remove_Database();
     TStore store(home);
     std::vector<TCertified> sets;
@@ -108,28 +112,37 @@ TCheck Check_Reference_Data(const TPrivateHome& home)
         const std::string path = home.Write("reference.dat", sets.back().file);
         const int index = static_cast<int>(sets.size()) - 1;
         store.Save(path, index);
-        Compare("file", reference, sets.back(), From_File(path), &file);
-        Compare("database", reference, sets.back(), From_Database(&store, index), &database);
+        Compare("file", reference, sets.back(), From_File(path), &ways.file);
+        Compare("database", reference, sets.back(), From_Database(&store, index), &ways.database);
     }
     store.Written_Backup();
     store.Restore_Into_New_Database();
     for (size_t i = 0; i < sets.size(); ++i)
         Compare("backup and restore", REFERENCES[i], sets[i], From_Database(&store, static_cast<int>(i)),
-                &restored);
+                &ways.restored);
+    return ways;
+}
 
+} // namespace
+
+TCheck Check_Reference_Data(const TPrivateHome& home)
+{
+    const TWays ways = Go_All_Ways(home);
     TCheck check;
     check.title = "Reference data of NIST";
-    check.demand =
-        "mean and standard deviation of the seven univariate *Statistical Reference Datasets* share at least "
-        "as many digits\nwith the certified values as the numbers of a computer allow; also after database, "
-        "and after backup and restore.";
-    check.fault = file.fault + database.fault + restored.fault;
+    check.demand = "mean and standard deviation of the seven univariate *Statistical Reference Datasets* "
+                   "share at least as\n"
+                   "many digits with the certified values as the numbers of a computer allow; also after "
+                   "database, and after\n"
+                   "backup and restore.";
+    check.fault = ways.file.fault + ways.database.fault + ways.restored.fault;
     check.passed = check.fault.empty();
-    check.found = std::to_string(sets.size()) + " sets on three ways";
+    check.found = "7 sets on three ways";
     check.details =
         "The digits shared are −log10 of the relative error; 17.0 means all that a computer's number "
-        "holds.\n\n| Set | Way | Mean: digits | Demanded | Standard deviation: digits | Demanded | "
-        "Result |\n|---|---|--:|--:|--:|--:|---|\n" +
-        file.rows + database.rows + restored.rows;
+        "holds.\n\n"
+        "| Set | Way | Mean: digits | Demanded | Standard deviation: digits | Demanded | Result |\n"
+        "|---|---|--:|--:|--:|--:|---|\n" +
+        ways.file.rows + ways.database.rows + ways.restored.rows;
     return check;
 }
