@@ -13,6 +13,19 @@ inline void PrintTo(const QString& text, std::ostream* stream)
     *stream << '"' << text.toStdString() << '"';
 }
 
+inline void PrintTo(const QByteArray& text, std::ostream* stream)
+{
+    *stream << '"' << text.left(2000).toStdString() << '"';
+}
+
+/// What there is, as one text for one expectation: "3 true [1, 2]" of two values and a list, for example.
+template<typename... TValues> QString State(const TValues&... values)
+{
+    QString text;
+    (QDebug(&text).noquote() << ... << values);
+    return text.trimmed();
+}
+
 /// The child of `parent` with that object name; where there is none the test program stops.
 template<typename T> T& Child(const QObject& parent, const char* name)
 {
@@ -25,7 +38,8 @@ template<typename T> T& Child(const QObject& parent, const char* name)
 inline QString Write(const QString& file_name, const QByteArray& content)
 {
     QFile file(file_name);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(file_name);
+    EXPECT_EQ(file.write(content), content.size());
     return file_name;
 }
 
