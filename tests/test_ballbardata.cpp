@@ -39,10 +39,9 @@ protected:
 
     void Expect_Empty() const
     {
-        EXPECT_EQ(d_data.Ballbar_Item_Count(), 0);
-        EXPECT_EQ(d_data.Maximum_Length() + d_data.Mean_Length() + d_data.Median_Length(), 0.0);
-        EXPECT_EQ(d_data.Volume_Corner_Min().x, -100.0);
-        EXPECT_EQ(d_data.Volume_Corner_Max().z, 100.0);
+        EXPECT_EQ(State(d_data.Ballbar_Item_Count(), d_data.Maximum_Length(), d_data.Mean_Length(),
+                        d_data.Volume_Corner_Min().x, d_data.Volume_Corner_Max().z),
+                  "0 0 0 -100 100");
     }
 };
 
@@ -143,34 +142,27 @@ TEST_F(BallBarData, UnreadablePathsAreRefused)
     }
 }
 
-// The last four are the NIST univariate sets NumAcc1 to NumAcc4. Their certified values are exact by
-// construction; what doubles and two passes can reach of the deviation is 14.5, 14.5, 9.4 and 8.2 digits.
+// Centres are settled by the reader, and the probe takes no part.
 TEST(Statistics, OfLengths)
 {
-    const auto nist = [](double first, double low, double high) {
-        std::vector<double> lengths{first};
-        for (int i = 0; i < 500; ++i)
-            lengths.insert(lengths.end(), {low, high});
-        return lengths;
+    const std::pair<std::vector<double>, const char*> rows[] = {
+        {{}, "0 to 0, mean 0, mid-range 0, deviation 0"},
+        {{7}, "7 to 7, mean 7, mid-range 7, deviation 0"},
+        {{1, 2, 10}, "1 to 10, mean 4.33333333333, mid-range 5.5, deviation 4.93288286232"},
+        // in one pass the squares would leave no digit of it
+        {{1e9 + 1, 1e9 + 3, 1e9},
+         "1000000000 to 1000000003, mean 1000000001.33, mid-range 1000000001.5, "
+         "deviation 1.52752523165"},
     };
-    // Lengths; minimum, maximum, mean, mid-range, deviation and its digits.
-    const std::tuple<std::vector<double>, double, double, double, double, double, double> rows[] = {
-        {{}, 0, 0, 0, 0, 0, 15},
-        {{7}, 7, 7, 7, 7, 0, 15},
-        {{1, 2, 10}, 1, 10, 13.0 / 3.0, 5.5, std::sqrt(146.0 / 6.0), 15},
-        {{1e7 + 1, 1e7 + 3, 1e7 + 2}, 1e7 + 1, 1e7 + 3, 1e7 + 2, 1e7 + 2, 1, 14.5},
-        {nist(1.2, 1.1, 1.3), 1.1, 1.3, 1.2, 1.2, 0.1, 14.5},
-        {nist(1e6 + .2, 1e6 + .1, 1e6 + .3), 1e6 + .1, 1e6 + .3, 1e6 + .2, 1e6 + .2, 0.1, 9.4},
-        {nist(1e7 + .2, 1e7 + .1, 1e7 + .3), 1e7 + .1, 1e7 + .3, 1e7 + .2, 1e7 + .2, 0.1, 8.2}};
-    for (const auto& [lengths, minimum, maximum, mean, median, deviation, digits] : rows) {
-        SCOPED_TRACE(mean);
+    for (const auto& [lengths, expected] : rows) {
         std::vector<Types::TBallbar_Item> items;
-        for (const double length : lengths) // centres are settled by the reader, the probe takes no part
+        for (const double length : lengths)
             items.push_back({"", {0, 0, length}, {0, 0, 0}, {0, 0, -150}, 0, 0});
-        const TStatistics statistics = Length_Statistics(items);
-        EXPECT_TRUE(statistics.minimum == minimum && statistics.maximum == maximum);
-        EXPECT_NEAR(statistics.mean, mean, 1e-14 * mean);
-        EXPECT_DOUBLE_EQ(statistics.median, median);
-        EXPECT_NEAR(statistics.standard_deviation, deviation, deviation * std::pow(10, -digits));
+        const TStatistics found = Length_Statistics(items);
+        const auto number = [](double value) { return QString::number(value, 'g', 12); };
+        EXPECT_EQ(QString("%1 to %2, mean %3, mid-range %4, deviation %5")
+                      .arg(number(found.minimum), number(found.maximum), number(found.mean),
+                           number(found.median), number(found.standard_deviation)),
+                  expected);
     }
 }

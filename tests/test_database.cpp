@@ -81,7 +81,11 @@ public:
         d_database.setDatabaseName(file);
         EXPECT_TRUE(d_database.open());
     }
-    ~TOtherProgram() { d_database = QSqlDatabase(), QSqlDatabase::removeDatabase("other"); }
+    ~TOtherProgram()
+    {
+        d_database = QSqlDatabase();
+        QSqlDatabase::removeDatabase("other");
+    }
     bool Does(const QString& statement) { return QSqlQuery(d_database).exec(statement); }
     bool Can_Write() { return Does("BEGIN EXCLUSIVE") && Does("ROLLBACK"); }
 
@@ -95,7 +99,11 @@ struct TPresetDialog : TDatabaseDialog
     QString d_file;
     QString Choose_Backup_File() override { return d_file; }
     QString Choose_Restore_File() override { return d_file; }
-    QString Choose_Export_File() override { return d_meanwhile(), d_file; }
+    QString Choose_Export_File() override
+    {
+        d_meanwhile();
+        return d_file;
+    }
     std::function<void()> d_meanwhile{[] {}};
 };
 

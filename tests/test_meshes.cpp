@@ -99,10 +99,12 @@ TEST(Meshes, BarsLookTheirLength)
         EXPECT_EQ(Level(bars), level);
     EXPECT_EQ(Label_Position({0, 0, 100}, {500, 0, 100}).x, 500 + 1.5 * 25);
     const auto point = Build({1, 1, 1}, {1, 1, 1}, {}, 2); // its ends in one place, and no offset
-    EXPECT_TRUE(point[ROD].empty() && point[STEMS].empty() && !point[SPHERES].empty());
+    EXPECT_EQ(State(point[ROD].empty(), point[SPHERES].empty(), point[STEMS].empty()), "true false true");
     for (const TVector3& end : {TVector3(500, 0, 100), {100, 400, 300}}) { // among very many bars
         const auto sliver = Build({0, 0, 100}, end, {0, 0, -80}, -1);
-        EXPECT_TRUE(Is_Closed(sliver[ROD]) && Volume(sliver[ROD]) > 0 && sliver[SPHERES].empty());
+        EXPECT_TRUE(Is_Closed(sliver[ROD]));
+        EXPECT_GT(Volume(sliver[ROD]), 0);
+        EXPECT_TRUE(sliver[SPHERES].empty());
         Expect_Normals(sliver[ROD]);
         EXPECT_FALSE(Build({0, 0, 100}, end, {0, 0, -80}, 0)[SPHERES].empty());
     }

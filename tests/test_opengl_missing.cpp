@@ -9,7 +9,7 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     QString version;
     QString extensions;
     const bool old = TOpenGLWidget::Get_OpenGL_Version_Major(&version, &extensions) == 1;
-    EXPECT_TRUE(version.startsWith("1.4") == old && extensions.contains("GL_") == old);
+    EXPECT_EQ(State(version.left(3), extensions.contains("GL_")), old ? "1.4 true" : "false");
 
     QPalette dark_desktop(Qt::white, Qt::black, Qt::gray, Qt::darkGray, Qt::gray, Qt::white, Qt::black);
     dark_desktop.setColor(QPalette::ToolTipText, Qt::white);
@@ -32,7 +32,9 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     QHelpEvent help(QEvent::ToolTip, {}, frame.mapToGlobal({}));
     QApplication::sendEvent(&Child<QToolButton>(frame, "tb_pan"), &help);
     for (QWidget* tip : QApplication::topLevelWidgets())
-        EXPECT_TRUE(!tip->inherits("QTipLabel") || black_parts(tip->grab()) > 20);
+        if (tip->inherits("QTipLabel")) {
+            EXPECT_GT(black_parts(tip->grab()), 20);
+        }
     for (QToolButton* button : frame.findChildren<QToolButton*>())
         button->click();
     EXPECT_TRUE(Child<QToolButton>(frame, "tb_rotate3d").isChecked());

@@ -243,7 +243,8 @@ TEST_F(OpenGLDisplay, MovingToAnotherWindowKeepsTheViewAlive)
     unfitted.d_FitRequested = false;
     unfitted.d_Rotate2dMode = true;
     Show(&unfitted, &unfitted);
-    EXPECT_TRUE(unfitted.Camera().projection(10) == 1.0 && unfitted.d_PanMode && !unfitted.d_Rotate2dMode);
+    EXPECT_EQ(unfitted.Camera().projection(10), 1.0);
+    EXPECT_EQ(State(unfitted.d_PanMode, unfitted.d_Rotate2dMode), "true false");
 }
 
 TEST_F(OpenGLDisplay, ColoursOfEveryState)

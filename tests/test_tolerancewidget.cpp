@@ -34,8 +34,10 @@ struct ToleranceWidget : testing::Test
 
     void Set_Coefficients(double a, double b, double c, double d)
     {
-        d_panel.d_tolerance_a = a, d_panel.d_tolerance_b = b;
-        d_panel.d_tolerance_c = c, d_panel.d_tolerance_d = d;
+        d_panel.d_tolerance_a = a;
+        d_panel.d_tolerance_b = b;
+        d_panel.d_tolerance_c = c;
+        d_panel.d_tolerance_d = d;
         d_panel.Update();
     }
 };
