@@ -566,6 +566,7 @@ TEST_F(DatabaseDialog, ShowsAndLoadsWhatIsSelected)
     EXPECT_EQ(Content(d_dialog.d_file), "(no file)");
     Tree()->topLevelItem(2)->setSelected(true);
     EXPECT_EQ(Summary(), QStringList("C|1|1.0000|10.0000|4.3333|5.5000|14.7986|9.0000"));
+    EXPECT_TRUE(d_dialog.findChild<QTableWidget*>("summary")->updatesEnabled());
     const QString titles = "Date,Time,Min Length,Max Length,Mean_Length,Median Length,Est. Range,Range\n";
     EXPECT_EQ(Written("export").replace('"', ""), (titles + Summary()[0].replace("|", ",") + "\n").toUtf8());
     EXPECT_EQ(Content(d_dialog.d_file).count("\",\""), 14);
@@ -586,6 +587,7 @@ TEST_F(DatabaseDialog, BackupRestoreBackupIsTheSameToTheByte)
     for (int i = 0; i < 200; ++i)
         ASSERT_TRUE(Add(QString("Mär %1").arg(i / 3), QString("10:15:%1 AM").arg(i % 3), i % 7 + 1, i));
     const QByteArray backup = Written("backup");
+    EXPECT_FALSE(Progress()->isVisible());
     EXPECT_TRUE(backup.startsWith(HEADER + "Entry_Date:Mär 0\nEntry_Time:10:15:0 AM\n"
                                            "Entry:P µ,0.00000,0.00000,1.50000,300.12346,1.00000,0.00000,"
                                            "0.00120,0.00230,1.00000,0.00000,-150.00000\n"));

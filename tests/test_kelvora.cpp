@@ -129,6 +129,19 @@ TEST_F(Kelvora, FirstStart)
     EXPECT_EQ(Action("New").icon().pixmap(24).width(), 24 * ratio);
 }
 
+TEST_F(Kelvora, AboutTellsTheVersion)
+{
+    QString text;
+    QTimer::singleShot(0, d_window.get(), [&text] {
+        auto& box = dynamic_cast<QMessageBox&>(*QApplication::activeModalWidget());
+        text = box.windowTitle() + box.text() + box.informativeText();
+        box.close();
+    });
+    Action("About").trigger();
+    static const QRegularExpression tag("<[^>]*>");
+    EXPECT_EQ(text.remove(tag), "KelvoraHelp - AboutKelvora - Version 5.0");
+}
+
 TEST_F(Kelvora, NothingIsCutOff)
 {
     const QFont font = QApplication::font();
