@@ -32,6 +32,9 @@ public:
         EnableYIncludesZero(false);
         CreateDataSet(color, static_cast<TGraphType>(type));
         AddPoints(0, points);
+        QFont letters;
+        letters.setPixelSize(12); // on any screen
+        setFont(letters);
         resize(600, 400);
         show(); // hidden widgets are laid out anew with each grab
     }
@@ -295,7 +298,7 @@ TEST(GraphWidget, EveryTickHasItsNumber)
             int labels = 0;
             for (int x = graph.Layout().horizontal_labels.left(); x < width; ++x) {
                 ticks += !Is_White(picture, {x, area.bottom() + 3, 1, 1});
-                labels += Is_White(picture, {x - 5, area.bottom() + 7, 5, height}) &&
+                labels += Is_White(picture, {x - 4, area.bottom() + 7, 4, height}) &&
                           !Is_White(picture, {x, area.bottom() + 7, 1, height});
             }
             EXPECT_EQ(labels, ticks);

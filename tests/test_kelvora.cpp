@@ -121,9 +121,11 @@ TEST_F(Kelvora, FirstStart)
     EXPECT_EQ(Field("expression"), "0.0120+0.0060L/1000");
     EXPECT_EQ(Enabled(), "");
     EXPECT_EQ(Report().font().family(), "Courier New");
-    const QFontMetrics letters(Report().font());
-    EXPECT_EQ(letters.horizontalAdvance("iiii"), letters.horizontalAdvance("WWWW"))
-        << "for the columns to line up";
+    const auto lines_up = [](const QFont& font) {
+        return QFontMetrics(font).horizontalAdvance("iiii") == QFontMetrics(font).horizontalAdvance("WWWW");
+    };
+    const QStringList families = QFontDatabase().families();
+    EXPECT_EQ(lines_up(Report().font()), std::any_of(families.begin(), families.end(), lines_up));
     const double ratio = qApp->devicePixelRatio(); // this test also runs on a screen of twice the resolution
     EXPECT_EQ(Child<QLabel>(*d_window, "logo").pixmap(Qt::ReturnByValue).size(), QSize(100, 40) * ratio);
     EXPECT_EQ(Action("New").icon().pixmap(24).width(), 24 * ratio);

@@ -65,16 +65,9 @@ TEST(MeasurementWidget, ShowsOnePosition)
 {
     TMeasurementWidget panel;
     EXPECT_FALSE(panel.isEnabled());
-    panel.Enable_Display(true);
-    panel.Set_Position_Name("<b>P1</b>");
-    panel.Set_Length(500.0123);
-    panel.Set_Mean_Deviation(-0.0031);
-    panel.Set_Median_Deviation(0.5);
-    panel.Set_Sphere1({1, 2, 3}, 0.00042);
-    panel.Set_Sphere2({-1200, 5, 6}, 0.0007);
-    panel.Set_Probe({7, 8, 9});
+    panel.Show_Position({"<b>P1</b>", {1, 2, 3}, {-1200, 5, 6}, {7, 8, 9}, 0.00042, 0.0007}, 1201.01, 1200);
     EXPECT_EQ(Fields(panel, "name", 15),
-              "Selected Position:<b>P1</b> Length:500.0123 Dev. From Mean:-0.0031 Dev. From Median:0.5000 "
+              "Selected Position:<b>P1</b> Length:1201.0075 Dev. From Mean:-0.0025 Dev. From Median:1.0075 "
               "Sphere 1 X:1.0000 Sphere 1 Y:2.0000 Sphere 1 Z:3.0000 Sphere 1 Form:0.0004 "
               "Sphere 2 X:-1200.0000 Sphere 2 Y:5.0000 Sphere 2 Z:6.0000 Sphere 2 Form:0.0007 "
               "Probe Offset X:7.0000 Probe Offset Y:8.0000 Probe Offset Z:9.0000");

@@ -14,11 +14,13 @@ struct ToleranceWidget : testing::Test
     QToolButton& d_apply = Child<QToolButton>(d_panel, "apply");
     QSlider& d_slider = Child<QSlider>(d_panel, "sub_tolerance");
 
+    /// Range, tolerance and sub-tolerance where there are results.
     QString Results() const
     {
-        return Child<QLineEdit>(d_panel, "measured_range").text() + " " +
-               Child<QLineEdit>(d_panel, "tolerance").text() + " " +
-               Child<QLineEdit>(d_panel, "sub_tolerance_range").text();
+        QStringList texts;
+        for (const char* field : {"measured_range", "tolerance", "sub_tolerance_range"})
+            texts << Child<QLineEdit>(d_panel, field).text();
+        return (Child<QLineEdit>(d_panel, "tolerance").isEnabled() ? "" : "none ") + texts.join(' ');
     }
 
     /// The expression and its context menu, on the screen.
@@ -109,31 +111,28 @@ TEST_F(ToleranceWidget, EditingAndApplying)
     QApplication::setPalette(QColor(53, 53, 53)); // a dark desktop
     d_panel.show();
     Set_Coefficients(0.012, 0.006, 1000, 0);
-    QSignalSpy tolerance_changed(&d_panel, &TToleranceWidget::Tolerance_Changed);
-    QSignalSpy sub_tolerance_changed(&d_panel, &TToleranceWidget::Sub_Tolerance_Changed);
+    QSignalSpy changed(&d_panel, &TToleranceWidget::Tolerance_Changed);
+    QSignalSpy sub_changed(&d_panel, &TToleranceWidget::Sub_Tolerance_Changed);
+    const auto state = [&] {
+        return QString(d_expression.styleSheet() == PINK ? "pink, "
+                       : d_apply.isEnabled()             ? "to apply, "
+                                                         : "") +
+               State(d_panel.Tolerance_Value(1000), "changed", changed.count(), "sub", sub_changed.count());
+    };
     d_slider.setValue(7);
     EXPECT_DOUBLE_EQ(d_panel.Sub_Tolerance_Percent(), 0.35);
-    EXPECT_EQ(sub_tolerance_changed.count(), 1);
-
+    EXPECT_EQ(state(), "0.018 changed 0 sub 1");
     d_expression.selectAll();
     QTest::keyClicks(&d_expression, "0.02x");
-    EXPECT_EQ(d_expression.styleSheet(), PINK);
     Expect_Readable();
-    EXPECT_FALSE(d_apply.isEnabled());
-    EXPECT_EQ(d_panel.Tolerance_Value(1000), 0.0);
-
+    EXPECT_EQ(state(), "pink, 0 changed 0 sub 1");
     QTest::keyClick(&d_expression, Qt::Key_Backspace);
-    EXPECT_EQ(d_expression.styleSheet(), "");
     Expect_Readable();
     QApplication::setPalette(QApplication::style()->standardPalette());
-    EXPECT_TRUE(d_apply.isEnabled());
-    EXPECT_EQ(d_panel.Tolerance_Value(1000), 0.02); // follows the text before it is applied
     d_slider.setValue(8);
-    EXPECT_EQ(sub_tolerance_changed.count(), 1);
-    EXPECT_EQ(tolerance_changed.count(), 0);
+    EXPECT_EQ(state(), "to apply, 0.02 changed 0 sub 1"); // follows the text before it is applied
     QTest::mouseClick(&d_apply, Qt::LeftButton);
-    EXPECT_EQ(tolerance_changed.count(), 1);
-    EXPECT_FALSE(d_apply.isEnabled());
+    EXPECT_EQ(state(), "0.02 changed 1 sub 1");
     d_expression.setText("0.03");
     d_panel.Update();
     EXPECT_FALSE(d_apply.isEnabled());
@@ -141,23 +140,22 @@ TEST_F(ToleranceWidget, EditingAndApplying)
 
 TEST_F(ToleranceWidget, ResultsAndHelp)
 {
-    const QWidget& group = *Child<QLineEdit>(d_panel, "tolerance").parentWidget();
-    EXPECT_FALSE(group.isEnabled());
+    EXPECT_EQ(Results(), "none   ");
     Set_Coefficients(0.012, 0.006, 1000, 0);
     d_slider.setValue(10);
     d_panel.Set_Results(0.00456, 1000);
-    EXPECT_TRUE(group.isEnabled());
     EXPECT_EQ(Results(), "0.0046 0.0180 0.0090");
     d_panel.Enable_Results(false);
-    EXPECT_FALSE(group.isEnabled());
-    EXPECT_EQ(Results(), "  ");
+    EXPECT_EQ(Results(), "none   ");
     auto& help = Child<QTextBrowser>(d_panel, "help_text");
     bool shown = false;
     QTimer::singleShot(0, &help, [&] {
         shown = help.isVisible();
         QApplication::setActiveWindow(help.window());
         help.setFocus();
-        EXPECT_EQ(help.verticalScrollBar()->maximum(), 0) << "the last example is seen at once";
+        if (help.window()->height() < help.screen()->availableSize().height()) {
+            EXPECT_EQ(help.verticalScrollBar()->maximum(), 0) << "the last example is seen at once";
+        }
         const QImage focused = help.grab().toImage();
         help.clearFocus();
         EXPECT_NE(help.grab().toImage(), focused) << "who has the focus is seen";
@@ -165,6 +163,6 @@ TEST_F(ToleranceWidget, ResultsAndHelp)
     });
     Child<QToolButton>(d_panel, "help").click();
     EXPECT_TRUE(shown);
-    const QString text = help.toPlainText();
-    EXPECT_TRUE(text.contains("as a single value.  The tolerance is independent")); // two blanks
+    EXPECT_TRUE(
+        help.toPlainText().contains("as a single value.  The tolerance is independent")); // two blanks
 }
