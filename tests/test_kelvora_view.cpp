@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The main window and its 3-D view together, on a real screen; also run at other scale factors of the
 // desktop.
+#include "ballbardata.h"
 #include "kelvora.h"
 #include "opengldisplay.h"
 #include "opengldisplaywidget.h"
@@ -11,37 +12,18 @@
 namespace
 {
 
-struct TBar
-{
-    TVector3 sphere1, sphere2;
-    TVector3 Middle() const { return (sphere1 + sphere2) / 2.0; }
-};
-
-/// Twenty bars all over the machine, in several directions and lengths.
-std::vector<TBar> Example_Set()
-{
-    const TVector3 directions[] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 1, 1}, {1, -1, 0}};
-    std::vector<TBar> bars;
-    for (int i = 0; i < 20; ++i) {
-        const TVector3 center(150 + 200 * (i % 4), 150 + 225 * (i / 4), 150 * (i % 3) - 1150);
-        TVector3 axis = directions[i % 5];
-        axis = axis.Normal() * (60.0 + 2.0 * i);
-        bars.push_back({center - axis, center + axis});
-    }
-    return bars;
-}
-
 class KelvoraView : public testing::Test
 {
 protected:
     const QTemporaryDir home;
-    const std::vector<TBar> bars = Example_Set();
+    TBallBarData set;
     std::unique_ptr<TKelvora> window;
     TOpenGLDisplay* view{nullptr};
 
     void SetUp() override
     {
         qputenv("HOME", home.path().toLocal8Bit());
+        ASSERT_TRUE(set.Load_Data(TEST_DATA "/bars.dat"));
         window = std::make_unique<TKelvora>();
         view = &Child<TOpenGLDisplay>(*window, "display");
         window->resize(1600, 1500); // many pixels for each bar: a click is rounded to whole ones
@@ -50,21 +32,17 @@ protected:
     }
     void Import()
     {
-        QString set = "BallBar_V2\n";
-        for (size_t i = 0; i < bars.size(); ++i) {
-            set += QString("P%1,").arg(i);
-            for (const TVector3& p : {bars[i].sphere1, bars[i].sphere2, TVector3()})
-                set += QString(",%1,%2,%3").arg(p.x).arg(p.y).arg(p.z);
-            set += ",0,0\n";
-        }
-        window->Import_Ballbar_Data(Write(home.filePath("set.dat"), set.toLatin1()));
+        window->Import_Ballbar_Data(TEST_DATA "/bars.dat");
         Paint(view);
     }
+    /// Where the view shows a bar.
+    QPointF Middle(int i) { return Pixel(view, (set.Ballbar_Item(i).sph1 + set.Ballbar_Item(i).sph2) / 2.0); }
+    QPointF Sphere(int i) { return Pixel(view, set.Ballbar_Item(i).sph1); }
     QString Name() const { return Child<QLineEdit>(*window, "name").text(); }
     void Click_All()
     {
-        for (size_t i = 0; i < bars.size(); ++i) {
-            Click(view, Pixel(view, bars[i].Middle()));
+        for (int i = 0; i < set.Ballbar_Item_Count(); ++i) {
+            Click(view, Middle(i));
             EXPECT_EQ(Name(), QString("P%1").arg(i));
         }
     }
@@ -107,30 +85,30 @@ TEST_F(KelvoraView, NoFileStopsTheProgram)
 TEST_F(KelvoraView, WindowAndViewWorkTogether)
 {
     QImage before = view->grabFramebuffer();
-    Click(view, Pixel(view, bars[0].Middle()));
+    Click(view, Middle(0));
     Paint(view);
     EXPECT_NE(view->grabFramebuffer(), before) << "the bar is highlighted";
     Click(view, {3, 3}); // nothing there: silent
     EXPECT_EQ(Name(), "P0");
 
     // A tolerance keeps the camera, an import and the button fit.
-    const QPointF fitted = Pixel(view, bars[1].sphere1);
+    const QPointF fitted = Sphere(1);
     Wheel(view, 120);
-    const QPointF moved = Pixel(view, bars[1].sphere1);
+    const QPointF moved = Sphere(1);
     EXPECT_NE(moved, fitted);
     Child<QSlider>(*window, "sub_tolerance").setValue(4);
     Paint(view);
-    EXPECT_EQ(Pixel(view, bars[1].sphere1), moved);
+    EXPECT_EQ(Sphere(1), moved);
     Import();
-    EXPECT_LT(QLineF(Pixel(view, bars[1].sphere1), fitted).length(), 1.5);
+    EXPECT_LT(QLineF(Sphere(1), fitted).length(), 1.5);
     Drag(view, Qt::RightButton, {{200, 200}, {215, 210}, {230, 220}}); // follows the pointer
-    EXPECT_LT(QLineF(Pixel(view, bars[1].sphere1), fitted + QPointF(30, 20)).length(), 2.0);
+    EXPECT_LT(QLineF(Sphere(1), fitted + QPointF(30, 20)).length(), 2.0);
     Child<QToolButton>(*window, "tb_scale_to_fit").click();
     Paint(view);
-    EXPECT_LT(QLineF(Pixel(view, bars[1].sphere1), fitted).length(), 1.5);
+    EXPECT_LT(QLineF(Sphere(1), fitted).length(), 1.5);
 
-    window->Menu_New();                         // leaves nothing that could be picked
-    Click(view, Pixel(view, bars[0].Middle())); // but a picture of it until the next paint
+    window->Menu_New();     // leaves nothing that could be picked
+    Click(view, Middle(0)); // but a picture of it until the next paint
     EXPECT_EQ(Name(), "");
     Paint(view);
     before = view->grabFramebuffer();

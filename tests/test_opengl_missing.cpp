@@ -25,16 +25,7 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     frame.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&frame));
     EXPECT_EQ(frame.height(), 400); // a long list of extensions does not stretch the window
-    const auto black_parts = [](const QPixmap& picture) {
-        return QRegion(picture.createMaskFromColor(Qt::black, Qt::MaskOutColor)).rectCount();
-    };
-    EXPECT_GT(black_parts(frame.grab(QRect(5, 5, 400, 60))), 20); // text on white
-    QHelpEvent help(QEvent::ToolTip, {}, frame.mapToGlobal({}));
-    QApplication::sendEvent(&Child<QToolButton>(frame, "tb_pan"), &help);
-    for (QWidget* tip : QApplication::topLevelWidgets())
-        if (tip->inherits("QTipLabel")) {
-            EXPECT_GT(black_parts(tip->grab()), 20);
-        }
+    EXPECT_GT(Contrast(frame.grab(QRect(5, 5, 400, 60)).toImage()), 4.5);
     for (QToolButton* button : frame.findChildren<QToolButton*>())
         button->click();
     EXPECT_TRUE(Child<QToolButton>(frame, "tb_rotate3d").isChecked());

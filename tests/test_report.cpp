@@ -27,45 +27,8 @@ TEST(Report, TextToTheCharacter)
     data.Update_Stats();
 
     const TReport report = Build_Report(data, 0.015, 0.0);
-    const QString rule(71, '-');
-    const QStringList lines = {
-        "Measurement Volume",
-        rule,
-        "          Start X:    10.0000 mm",
-        "            End X:   510.0123 mm",
-        "          Range X:   500.0123 mm",
-        "          Start Y:   -20.0000 mm",
-        "            End Y:   479.9877 mm",
-        "          Range Y:   499.9877 mm",
-        "          Start Z:     0.5000 mm",
-        "            End Z:   500.5000 mm",
-        "          Range Z:   500.0000 mm",
-        "",
-        "Measurement Statistics",
-        rule,
-        "Measurement Count:          3",
-        "   Minimum Length:   499.9877",
-        "   Maximum Length:   500.0123",
-        "     Range Length:     0.0246",
-        "      Mean Length:   500.0000",
-        "    Median Length:   500.0000",
-        "    StdDev Length:     0.0123",
-        "        Tolerance:     0.0150",
-        "",
-        "Estimated Range for 99% of Measurements: 0.03690",
-        "Number Outside of Estimated Range: 0",
-        "",
-        "Individual Measurement Results",
-        rule,
-        "",
-        " Position Name          Length    Mean Dev.  Sph1 Form  Sph2 Form",
-        rule,
-        "P1                     500.0123     0.0123     0.0012     0.0009",
-        "A name of %2 and over 20   499.9877    -0.0123     0.0012 12345678.5000",
-        "two lines              500.0000     0.0000     0.0012 12345678.5000",
-    };
-    EXPECT_EQ(report.text.split('\n'), lines);
-    EXPECT_EQ(lines.value(report.first_position_line).left(2), "P1");
+    EXPECT_EQ(report.text + '\n', Content(TEST_DATA "/report.txt"));
+    EXPECT_EQ(report.text.split('\n').value(report.first_position_line).left(2), "P1");
 }
 
 TEST(Report, BandsAreCentredOnTheMidRange)
