@@ -448,7 +448,7 @@ TEST_F(Database, KeepsFiveCopies)
                              "x.backup.AbCdEf"};
     const QStringList leftovers{"a[1].db.copy", "a[1].db.copy-journal", "y.backup.AbCdEf"};
     for (const QString& name : others + leftovers)
-        Write(d_folder.filePath(name), "");
+        Write(d_folder.filePath(name), "left over");
     QFile old(d_folder.filePath(leftovers[2]));
     ASSERT_TRUE(old.open(QFile::Append));
     ASSERT_TRUE(old.setFileTime(QDateTime::fromSecsSinceEpoch(0), QFile::FileModificationTime));

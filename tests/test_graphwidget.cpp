@@ -135,18 +135,19 @@ void Expect_View(const TGraph& graph, const TVector2& low, const TVector2& high)
 
 TEST(GraphWidget, DataSetsAndPalette)
 {
-    TGraph graph({{1, 2}});
-    graph.AddPoint(0, {3, 4});
-    graph.AddPoint(0, {5, 6});
-    graph.ModifyPoint(0, 1, {7, 8});
+    TGraph graph({{1, 2}}, 22);
+    EXPECT_TRUE(graph.AddPoint(0, {3, 4}));
+    EXPECT_TRUE(graph.AddPoint(0, {5, 6}));
+    EXPECT_TRUE(graph.ModifyPoint(0, 1, {7, 8}));
     EXPECT_EQ(graph.GetPoint(0, 1).x, 7);
-    graph.DeletePoint(0, 1);
+    EXPECT_TRUE(graph.DeletePoint(0, 1));
     EXPECT_EQ(graph.GetPoint(0, 0).x + graph.GetPoint(0, 1).y, 1 + 6);
     EXPECT_DEATH(graph.GetPoint(0, 2), "dataset_points.size");
+    EXPECT_TRUE(graph.AddPoints(graph.CreateDataSet(COLOR, TGraphWidget::GRAPH_LINE), {{0, 9}}));
+    graph.UpdateGraph();
+    Expect_View(graph, {0, 2}, {5, 9}); // of both sets
     graph.DeletePoints(0);
-    graph.CreateDataSet(COLOR, TGraphWidget::GRAPH_LINE);
-    graph.AddPoint(1, {1, 2});
-    graph.DeleteDataSet(0);
+    EXPECT_TRUE(graph.DeleteDataSet(0));
     EXPECT_EQ(graph.DataSetSize(0), 1);
     EXPECT_DEATH(graph.AddPoint(1, {1, 2}), "set < static_cast<int>\\(d_data_sets.size\\(\\)\\)");
 
@@ -190,7 +191,8 @@ TEST(GraphWidget, PixelsOfEveryStyleInAnyView)
             TGraph graph(points, 22, style, QColor(0, 127, 0, 60));
             return graph.Seen().pixelColor(graph.Pixel({2, 2})).red();
         };
-        EXPECT_LT(color({{1, 1}, {2, 2}, {3, 3}, {2, 2}, {1, 1}}), color({{1, 1}, {2, 2}, {3, 3}})) << style;
+        const Points once{{1, 1}, {2, 1}, {2, 2}, {2, 3}, {3, 3}};
+        EXPECT_LT(color({{1, 1}, {2, 1}, {2, 2}, {2, 3}, {2, 2}, {2, 1}, {3, 3}}), color(once)) << style;
     }
 }
 
@@ -382,6 +384,7 @@ TEST(GraphMouse, RightButtonPansAndZoomsOut)
 
         graph.d_painted = QRegion();
         graph.ScaleToFit();
+        graph.repaint(0, 0, 9, 9);
         QApplication::processEvents();
         EXPECT_EQ(graph.d_painted, graph.rect());
         Expect_View(graph, DIAGONAL[0], DIAGONAL[1]);

@@ -67,13 +67,13 @@ TEST_F(KelvoraView, EveryBarIsFoundAtItsMiddle)
 TEST_F(KelvoraView, NoFileStopsTheProgram)
 {
     window->resize(500, 400);
+    const QPointF middle = view->rect().center();
     for (const char* row : {"1e12,1e12,0, 1e12,1e12,500, 0,0,0", "1.2e10,0,0, 1.2e10,0,1.1e-6, 0,0,-80",
                             "1,2,3, 1,2,3, 0,0,-80", "5e-324,0,0, 0,5e-324,0, 5e-324,0,0",
                             "0,0,0, 500,0,0, 1e140,-1e12,1e12", "1e140,1e140,0, -1e140,0,0, 1e140,0,0"}) {
-        const QString path = home.filePath("row.dat");
-        window->Import_Ballbar_Data(Write(path, QByteArray("BallBar_V2\nA,900,") + row + ",0,0\n"));
+        const QByteArray content = QByteArray("BallBar_V2\nA,900,") + row + ",0,0\n";
+        window->Import_Ballbar_Data(Write(home.filePath("row.dat"), content));
         Paint(view);
-        const QPointF middle = view->rect().center();
         Click(view, middle);
         for (const auto key : {Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier})
             Drag(view, Qt::RightButton, {middle + QPointF(20, 0), middle, {0, 0}}, key);
@@ -112,10 +112,12 @@ TEST_F(KelvoraView, WindowAndViewWorkTogether)
     EXPECT_EQ(Name(), "");
     Paint(view);
     before = view->grabFramebuffer();
+    const QPointF before_update = Sphere(1);
     Child<QLineEdit>(*window, "max_z").setText("-200");
     Child<QToolButton>(*window, "update").click();
     Paint(view);
     EXPECT_NE(view->grabFramebuffer(), before) << "the machine's volume is drawn anew";
+    EXPECT_EQ(Sphere(1), before_update) << "from the same place";
 }
 
 TEST_F(KelvoraView, ButtonsKeyboardAndScreenReader)

@@ -85,6 +85,13 @@ TEST(Meshes, SolidsAreClosedAndFaceOutward)
             EXPECT_GT(Volume(solid.mesh), solid.volume * (level == 4 ? 0.98 : 0.3));
         }
     }
+    double areas = 0.0; // of plane figures that face the viewer
+    for (const TMesh& figure :
+         {TOpenGLGeometryFactory().RenderPlane({0, 0, 5}, {2, 0, 5}, {2, 3, 5}, {0, 3, 5}),
+          TOpenGLGeometryFactory().RenderPolygon(p, {0, 0, 7}, 2, 12)})
+        for (size_t i = 0; i < figure.size(); i += 3)
+            areas += Facing(figure, i).z / 2.0;
+    EXPECT_NEAR(areas, 2 * 3 + 3 * 2 * 2, 1e-12);
     for (const auto& vertex : TOpenGLGeometryFactory().RenderSphere({0, 0, 0}, 2))
         EXPECT_NEAR(Length(vertex.position / 2.0 - vertex.normal), 0.0, 1e-15);
     for (const auto& vertex : TOpenGLGeometryFactory().RenderCylinder({0, 0, 0}, {0, 0, 4}, 3, 0))

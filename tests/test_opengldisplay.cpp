@@ -5,6 +5,9 @@
 
 #include <cmath>
 
+using testing::ElementsAre;
+using testing::Gt;
+
 namespace
 {
 
@@ -19,7 +22,6 @@ public:
     using TOpenGLDisplay::d_RotationCenter;
     using TOpenGLDisplay::d_RubberBand;
     using TOpenGLDisplay::d_TriadOrigin;
-    using TOpenGLDisplay::Triad;
 
     TCamera Camera()
     {
@@ -190,7 +192,7 @@ TEST_F(OpenGLDisplay, RightDragModes)
         if (effect == '-') // through the middle nothing turns, but it was no click either
             Drag(&view, Qt::RightButton, {{302, 200}, {298, 200}}, modifiers);
         else
-            Drag(&view, Qt::RightButton, {{400, 250}, {390, 270}, {390, 300}}, modifiers);
+            Drag(&view, Qt::RightButton, {{400, 250}, {390, 270}, {390, 300}, {380, 300}}, modifiers);
         const TCamera after = view.Camera();
         view.d_Rotate2dMode = view.d_Rotate3dMode = false;
         EXPECT_EQ(after.projection(0), before.projection(0)); // it was no click
@@ -203,7 +205,7 @@ TEST_F(OpenGLDisplay, RightDragModes)
         EXPECT_EQ(State(front.x < -0.01, front.y < front.x - 0.01),
                   effect == 'T' ? "true true" : "false false");
         if (effect == 'P') {
-            EXPECT_NEAR(after.projection(12) - before.projection(12), -10.0 / 300, FLOAT);
+            EXPECT_NEAR(after.projection(12) - before.projection(12), -20.0 / 300, FLOAT);
             EXPECT_NEAR(after.projection(13) - before.projection(13), -50.0 / 200, FLOAT);
         } else if (effect != '-') { // the surface point that was in the middle stays there
             const TVector3 center = view.d_RotationCenter * -1.0;
@@ -339,8 +341,13 @@ TEST_F(OpenGLDisplay, EveryBarCarriesItsLabel)
         EXPECT_EQ(picture.pixelColor(corner), QColor(236, 236, 236)); // 224 at 160/255 over white
         EXPECT_GT(Count(picture, label, IS_DARK), 5);
     }
-    for (const TVector3& anchor : view.Triad().anchors) // a letter stands on each
-        EXPECT_GT(Count(picture, {Pixel(&view, anchor).toPoint() - QPoint(0, 9), QSize(9, 10)}, IS_DARK), 3);
+    std::vector<int>
+        feet; // of the letters beyond the ends of the axes: a Y has one, an X two, a Z stands on a line
+    for (const TVector3& axis : {TVector3(0, 1, 0), {1, 0, 0}, {0, 0, 1}})
+        feet.push_back(Count(
+            picture, {Pixel(&view, view.d_TriadOrigin + 4.6 * axis).toPoint() - QPoint(0, 1), QSize(9, 1)},
+            IS_DARK));
+    EXPECT_THAT(feet, ElementsAre(Gt(0), Gt(feet[0]), Gt(feet[1])));
     view.Add(4, {0, 0, 0}, {1e300, 0, 0}, false, false, QString(5000, 'W') + QString(5000, '\n'));
     Fit(&view);
     EXPECT_TRUE(std::isnormal(view.Camera().projection(0)));

@@ -26,6 +26,13 @@ template<typename... TValues> QString State(const TValues&... values)
     return text.trimmed();
 }
 
+/// A text without its tags.
+inline QString Plain(QString html)
+{
+    static const QRegularExpression tag("<[^>]*>");
+    return html.remove(tag);
+}
+
 /// The child of `parent` with that object name; where there is none the test program stops.
 template<typename T> T& Child(const QObject& parent, const char* name)
 {
