@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ballbardata.h"
-#include "statistics.h"
 #include "testing.h"
 
-#include <cmath>
 #include <sys/stat.h>
 
 using testing::ElementsAre;
@@ -140,30 +138,5 @@ TEST_F(BallBarData, UnreadablePathsAreRefused)
         EXPECT_EQ(d_data.Last_Error(),
                   "Input file '" + path + "' is too large to be a ball bar measurement file.");
         Expect_Empty();
-    }
-}
-
-// Centres are settled by the reader, and the probe takes no part.
-TEST(Statistics, OfLengths)
-{
-    const std::pair<std::vector<double>, const char*> rows[] = {
-        {{}, "0 to 0, mean 0, mid-range 0, deviation 0"},
-        {{7}, "7 to 7, mean 7, mid-range 7, deviation 0"},
-        {{1, 2, 10}, "1 to 10, mean 4.33333, mid-range 5.5, deviation 4.93288"},
-        // in one pass the squares would leave no digit of it
-        {{1e8 + 1, 1e8 + 3, 1e8}, "1e+08 to 1e+08, mean 1e+08, mid-range 1e+08, deviation 1.52753"},
-    };
-    for (const auto& [lengths, expected] : rows) {
-        std::vector<Types::TBallbar_Item> items;
-        for (const double length : lengths)
-            items.push_back({"", {0, 0, length}, {0, 0, 0}, {0, 0, -150}, 0, 0});
-        const TStatistics found = Length_Statistics(items);
-        EXPECT_EQ(QString("%1 to %2, mean %3, mid-range %4, deviation %5")
-                      .arg(found.minimum)
-                      .arg(found.maximum)
-                      .arg(found.mean)
-                      .arg(found.median)
-                      .arg(found.standard_deviation),
-                  expected);
     }
 }

@@ -10,10 +10,7 @@ namespace
 
 TCamera Camera(int width, int height)
 {
-    TCamera camera;
-    camera.viewport[2] = width;
-    camera.viewport[3] = height;
-    return camera;
+    return {{}, {}, {0, 0, width, height}};
 }
 
 /// A camera that has seen some use: turned, fitted, panned and zoomed.

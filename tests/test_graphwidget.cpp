@@ -234,6 +234,7 @@ TEST(GraphWidget, FarPointsAndOtherDevices)
         QImage fine(picture.size() * (ratio == 1.0 ? 2.0 : ratio), QImage::Format_RGB32);
         fine.setDotsPerMeterX(picture.dotsPerMeterX() * (ratio == 1.0 ? 2 : 1));
         fine.setDevicePixelRatio(ratio);
+        fine.fill(Qt::white);
         EXPECT_TRUE(graph.Paint_To(&fine));
         const QPoint place = graph.Pixel({4.1, 4.1}) * (ratio == 1.0 ? 2.0 : ratio);
         EXPECT_FALSE(Is_White(fine, QRect(place - QPoint(0, 3), QSize(1, 6)))) << ratio;
@@ -247,8 +248,6 @@ TEST(GraphWidget, BarsAsWideAsTheirBinsNeverOverlap)
         for (int bin = 0; bin < 9; ++bin)
             bins.emplace_back(900 + 0.004 * bin, 1 + bin % 3);
         TGraph graph(bins, 22, TGraphWidget::GRAPH_BAR, QColor(0, 127, 0, 60)); // darker where they overlap
-        graph.EnableYIncludesZero(true);
-        graph.UpdateGraph();
         const QImage before = graph.Seen();
         graph.d_largest_bar_width = 0.004;
         graph.UpdateGraph();

@@ -31,6 +31,23 @@ TEST(Report, TextToTheCharacter)
     EXPECT_EQ(report.text.split('\n').value(report.first_position_line).left(2), "P1");
 }
 
+TEST(Report, StatisticsOfLengths)
+{
+    TBallBarData data;
+    const std::pair<std::vector<double>, const char*> rows[] = {
+        // minimum, maximum, mean, mid-range, deviation
+        {{}, "0 0 0 0 0"},
+        {{7}, "7 7 7 7 0"},
+        {{1, 2, 10}, "1 10 4.33333 5.5 4.93288"},
+        {{1e8 + 1, 1e8 + 3, 1e8}, "1e+08 1e+08 1e+08 1e+08 1.52753"}}; // one pass would leave no digit of it
+    for (const auto& [lengths, expected] : rows) {
+        Fill(&data, lengths);
+        EXPECT_EQ(State(data.Minimum_Length(), data.Maximum_Length(), data.Mean_Length(),
+                        data.Median_Length(), data.Stdev_Length()),
+                  expected);
+    }
+}
+
 TEST(Report, BandsAreCentredOnTheMidRange)
 {
     TBallBarData data;

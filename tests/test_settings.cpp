@@ -5,15 +5,12 @@
 namespace
 {
 
-/// All values of the settings in one comparable list.
-std::vector<double> Values(const TSettings& s)
+/// All values of the settings.
+QString Values(const TSettings& s)
 {
-    std::vector<double> values{s.tolerance_a,          s.tolerance_b,         s.tolerance_c,
-                               s.tolerance_d,          1.0 * s.position.x(),  1.0 * s.position.y(),
-                               1.0 * s.size.width(),   1.0 * s.size.height(), 1.0 * s.graphic_height,
-                               1.0 * s.analysis_height};
-    values.insert(values.end(), &s.machine.x_min, &s.machine.z_max + 1); // six in a row
-    return values;
+    return State(s.tolerance_a, s.tolerance_b, s.tolerance_c, s.tolerance_d, s.position, s.size,
+                 s.graphic_height, s.analysis_height,
+                 std::vector<double>(&s.machine.x_min, &s.machine.z_max + 1)); // six in a row
 }
 
 TSettings Read_From(const QByteArray& contents)
@@ -40,8 +37,8 @@ TEST(Settings, RoundTrip)
 
 TEST(Settings, WhatMakesNoSenseKeepsItsDefault)
 {
-    const std::vector<double> defaults{0.012, 0.006, 1000, 0,    30, 30,   1001,  801,
-                                       800,   400,   0,    1200, 0,  2200, -1000, 0};
+    const QString defaults = "0.012 0.006 1000 0 QPoint(30,30) QSize(1001, 801) 800 400 "
+                             "std::vector(0, 1200, 0, 2200, -1000, 0)";
     for (const char* contents :
          {"",
           "[General]\nMainwindow_Position=@Size(1 2)\nMainwindow_Size=huge\nTolerance_A=nan\n"
