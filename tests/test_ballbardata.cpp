@@ -6,16 +6,12 @@
 
 using testing::ElementsAre;
 
-namespace
-{
-
 const QByteArray V1 = "B89.4.1_Data:Version=1:Type=BallBar\n";
 const QByteArray LEGACY_V2 = "BallBar_V2\n";
 const QByteArray LEGACY_V1 = "BallBar_V1\n";
 
-class BallBarData : public testing::Test
+struct BallBarData : testing::Test
 {
-protected:
     QTemporaryDir d_directory;
     TBallBarData d_data;
 
@@ -42,8 +38,6 @@ protected:
                   "0 0 0 -100 100");
     }
 };
-
-} // namespace
 
 TEST_F(BallBarData, FormatsMapTheirFields)
 {

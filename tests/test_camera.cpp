@@ -5,9 +5,6 @@
 
 #include <cmath>
 
-namespace
-{
-
 TCamera Camera(int width, int height)
 {
     return {{}, {}, {0, 0, width, height}};
@@ -38,8 +35,6 @@ TVector3 Device(const TCamera& camera, const TVector3& model_point)
     const TMat4& p = camera.projection;
     return {p(0) * eye.x + p(12), p(5) * eye.y + p(13), p(10) * eye.z + p(14)};
 }
-
-} // namespace
 
 TEST(Camera, FitFillsTheSmallerSide)
 {

@@ -11,9 +11,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace
-{
-
 const QString DATE = "2019 Mar 04";
 const QString TIME = "10:15:02 AM";
 const QByteArray HEADER = "Kelvora_Data:Version=1:Type=Backup\n";
@@ -102,9 +99,8 @@ struct TPresetDialog : TDatabaseDialog
     QString Choose_Export_File() override { return d_file; }
 };
 
-class Database : public testing::Test
+struct Database : testing::Test
 {
-protected:
     void SetUp() override { Open(d_file); }
     void Open(const QString& file)
     {
@@ -146,16 +142,16 @@ protected:
         }));
     }
     QTemporaryDir d_folder;
-    QString d_file{d_folder.filePath("a[1].db")};
+    QString Path(const QString& name) const { return d_folder.filePath(name); }
+    QString d_file{Path("a[1].db")};
     TDatabase d_database;
 };
 
-class DatabaseDialog : public Database
+struct DatabaseDialog : Database
 {
-protected:
     void SetUp() override
     {
-        d_dialog.d_file = d_folder.filePath("chosen");
+        d_dialog.d_file = Path("chosen");
         ASSERT_TRUE(d_dialog.Connect_To_Database(d_file));
         Rows("PRAGMA synchronous=OFF");
         Rows("PRAGMA busy_timeout=100");
@@ -192,8 +188,6 @@ protected:
 
     TPresetDialog d_dialog;
 };
-
-} // namespace
 
 TEST(DatabaseItem, IsOfNowAndCleansNamesOfItsCopies)
 {
@@ -298,7 +292,7 @@ TEST_F(Database, SaysThatItIsClosed)
     EXPECT_FALSE(database.Initialize());
     EXPECT_EQ(database.Last_Error(), "Database not open");
     for (const QString& before : {QString(), d_file}) {
-        EXPECT_FALSE(database.Connect(d_folder.filePath("missing/a.db")));
+        EXPECT_FALSE(database.Connect(Path("missing/a.db")));
         EXPECT_FALSE(database.Is_Connected());
         EXPECT_FALSE(QSqlDatabase::contains("ballbar_database"));
         const QString error = "Cannot open database.\n\tDatabase Error: 'unable to open database file'\n"
@@ -325,7 +319,7 @@ TEST_F(Database, TellsWhichTableFailed)
         {"ALTER TABLE summary RENAME COLUMN count TO x", "Cannot add data to table 'summary'.  Reason: "},
     };
     for (const auto& [damage, error] : rows) {
-        Open(d_folder.filePath(damage));
+        Open(Path(damage));
         Rows(damage);
         EXPECT_FALSE(Add(TIME, 2));
         EXPECT_EQ(d_database.Last_Error().left(int(strlen(error))), error);
@@ -449,8 +443,8 @@ TEST_F(Database, KeepsFiveCopies)
                              "x.backup.AbCdEf"};
     const QStringList leftovers{"a[1].db.copy", "a[1].db.copy-journal", "y.backup.AbCdEf"};
     for (const QString& name : others + leftovers)
-        Write(d_folder.filePath(name), "left over");
-    QFile old(d_folder.filePath(leftovers[2]));
+        Write(Path(name), "left over");
+    QFile old(Path(leftovers[2]));
     ASSERT_TRUE(old.open(QFile::Append));
     ASSERT_TRUE(old.setFileTime(QDateTime::fromSecsSinceEpoch(0), QFile::FileModificationTime));
     for (int i = 1; i <= 7; ++i) {
@@ -461,22 +455,21 @@ TEST_F(Database, KeepsFiveCopies)
     EXPECT_EQ(Count("a"), "2");
     Open(d_file);
     const QDateTime moment({2026, 12, 31}, {23, 59, 59, 999});
-    EXPECT_EQ(Write(Kept_Copies::File_Name(d_file, moment), ""),
-              d_folder.filePath("a[1]_2026-12-31_23-59-59-999.db"));
-    EXPECT_EQ(Kept_Copies::File_Name(d_file, moment), d_folder.filePath("a[1]_2027-01-01_00-00-00-000.db"));
-    EXPECT_TRUE(QFile::remove(d_folder.filePath("a[1]_2026-12-31_23-59-59-999.db")));
+    EXPECT_EQ(Write(Kept_Copies::File_Name(d_file, moment), ""), Path("a[1]_2026-12-31_23-59-59-999.db"));
+    EXPECT_EQ(Kept_Copies::File_Name(d_file, moment), Path("a[1]_2027-01-01_00-00-00-000.db"));
+    EXPECT_TRUE(QFile::remove(Path("a[1]_2026-12-31_23-59-59-999.db")));
     // What does not fit leaves nothing behind, and the older copies stay.
     const QStringList files = QDir(d_folder.path()).entryList();
     On_A_Full_Disk(10000, [this] { EXPECT_FALSE(d_database.Replace_All([] {})); });
     EXPECT_TRUE(d_database.Last_Error().startsWith("Cannot keep a copy of the database.  Reason: "));
     EXPECT_EQ(QDir(d_folder.path()).entryList(), files);
     for (int i = 1; i <= 5; ++i) // from before the clock was set back
-        Write(d_folder.filePath(QString("a[1]_209%1-03-01_10-15-02-123.db").arg(i)), "");
+        Write(Path(QString("a[1]_209%1-03-01_10-15-02-123.db").arg(i)), "");
     EXPECT_EQ(Replace({8}), "done: a=8"); // they go first
     Open(Kept_Copies::List(d_file)[0]);
     EXPECT_EQ(Count("a"), "3");
     for (const QString& name : others + leftovers)
-        EXPECT_EQ(QFile::exists(d_folder.filePath(name)), others.contains(name)) << name.toStdString();
+        EXPECT_EQ(QFile::exists(Path(name)), others.contains(name)) << name.toStdString();
 }
 
 TEST_F(Database, RestoresWhatTheBackupSays)
@@ -611,13 +604,11 @@ TEST_F(DatabaseDialog, WhatIsNoBackupChangesNothing)
     EXPECT_FALSE(Progress()->isVisible());
     EXPECT_EQ(d_dialog.Failures(), QStringList());
     // What cannot be read to its end is refused.
-    ASSERT_EQ(mkfifo(qPrintable(d_folder.filePath("pipe")), 0600), 0);
-    QFile large(d_folder.filePath("large"));
-    ASSERT_TRUE(large.open(QIODevice::WriteOnly));
-    ASSERT_TRUE(large.resize(3000000000));
-    const QStringList rows[] = {{d_folder.filePath("pipe"), "is not a file"},
+    ASSERT_EQ(mkfifo(qPrintable(Path("pipe")), 0600), 0);
+    ASSERT_TRUE(QFile::resize(Write(Path("large"), ""), 3000000000)); // sparse
+    const QStringList rows[] = {{Path("pipe"), "is not a file"},
                                 {d_folder.path(), "is not a file"},
-                                {d_folder.filePath("large"), "is larger than 2 GB"},
+                                {Path("large"), "is larger than 2 GB"},
                                 {"/proc/self/mem", qt_error_string(EIO)}};
     for (const QStringList& row : rows) {
         d_dialog.d_file = row[0];
@@ -642,7 +633,7 @@ TEST_F(DatabaseDialog, TellsWhatFailed)
     d_dialog.d_file = d_file; // the database itself
     for (const char* command : {"backup", "export"})
         EXPECT_EQ(Written(command).left(6), "SQLite") << command;
-    d_dialog.d_file = d_folder.filePath("other");
+    d_dialog.d_file = Path("other");
     Written("export");
     EXPECT_EQ(Written("backup"), good);
     EXPECT_EQ(d_dialog.Failures(), QStringList()); // what was done well in the end

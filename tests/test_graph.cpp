@@ -6,9 +6,6 @@
 
 #include <cmath>
 
-namespace
-{
-
 using Points = std::vector<TVector2>;
 
 const QRect GRAPH(100, 40, 401, 201); // edges at 100 and 500, 40 and 240
@@ -35,8 +32,6 @@ void Expect_Range(const TGraphAxis& axis, double low, double high)
     EXPECT_NEAR(axis.Linear_Value(axis.d_begin), low, error);
     EXPECT_NEAR(axis.Linear_Value(axis.d_end), high, error);
 }
-
-} // namespace
 
 TEST(GraphMapping, FitToData)
 {

@@ -5,9 +5,6 @@
 
 #include <cmath>
 
-namespace
-{
-
 using Points = std::vector<TVector2>;
 using TButton = Qt::MouseButton;
 
@@ -17,9 +14,8 @@ constexpr auto RIGHT = Qt::RightButton;
 const Points DIAGONAL{{1, 1}, {100, 100}};
 
 /// A graph on the screen with one data set, that notes what the last mouse event made it paint.
-class TGraph : public TGraphWidget
+struct TGraph : TGraphWidget
 {
-public:
     QRegion d_painted;
     bool d_painted_at_once{false};
     QSignalSpy d_clicks{this, &TGraphWidget::Mouse_Click};
@@ -130,8 +126,6 @@ void Expect_View(const TGraph& graph, const TVector2& low, const TVector2& high)
         EXPECT_NEAR(graph.High()(axis), high(axis), 1e-9 * (high(axis) - low(axis)));
     }
 }
-
-} // namespace
 
 TEST(GraphWidget, DataSetsAndPalette)
 {

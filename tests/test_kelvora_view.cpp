@@ -9,12 +9,8 @@
 
 #include <QAccessible>
 
-namespace
+struct KelvoraView : testing::Test
 {
-
-class KelvoraView : public testing::Test
-{
-protected:
     const QTemporaryDir home;
     TBallBarData set;
     std::unique_ptr<TKelvora> window;
@@ -47,8 +43,6 @@ protected:
         }
     }
 };
-
-} // namespace
 
 TEST_F(KelvoraView, EveryBarIsFoundAtItsMiddle)
 {

@@ -20,6 +20,7 @@ int main(int argc, char* argv[])
     QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
+    Q_INIT_RESOURCE(kelvora);
     testing::InitGoogleMock(&argc, argv);
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     return RUN_ALL_TESTS();

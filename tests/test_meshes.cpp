@@ -11,9 +11,6 @@
 using namespace BallBarMeshes;
 using TMesh = TOpenGLGeometryFactory::TMesh;
 
-namespace
-{
-
 const double PI = std::acos(-1.0);
 
 /// Every edge is run through exactly once in each direction: no hole, no overlap, one orientation.
@@ -53,8 +50,6 @@ void Expect_Normals(const TMesh& mesh)
         EXPECT_GT(mesh[i].normal ^ Facing(mesh, i - i % 3), 0.0);
     }
 }
-
-} // namespace
 
 TEST(Meshes, SolidsAreClosedAndFaceOutward)
 {

@@ -11,8 +11,7 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     const bool old = TOpenGLWidget::Get_OpenGL_Version_Major(&version, &extensions) == 1;
     EXPECT_EQ(State(version.left(3), extensions.contains("GL_")), old ? "1.4 true" : "false");
 
-    QPalette dark_desktop(Qt::white, Qt::black, Qt::gray, Qt::darkGray, Qt::gray, Qt::white, Qt::black);
-    QApplication::setPalette(dark_desktop);
+    QApplication::setPalette(QColor(53, 53, 53)); // a dark desktop
     TOpenGLDisplayWidget frame;
     EXPECT_EQ(frame.findChild<TOpenGLDisplay*>(), nullptr);
     EXPECT_EQ(Plain(Child<QLabel>(frame, "message").text()),

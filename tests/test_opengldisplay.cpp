@@ -10,16 +10,12 @@ using testing::ElementsAre;
 using testing::Gt;
 using testing::Lt;
 
-namespace
-{
-
 const TVector3 CENTER(15, 10, 10);
 constexpr double RADIUS = 6.0;
 constexpr double FLOAT = 1e-6; // the driver keeps its matrices in single precision
 
-class TTestDisplay : public TOpenGLDisplay
+struct TTestDisplay : TOpenGLDisplay
 {
-public:
     using TOpenGLDisplay::d_BallBars;
     using TOpenGLDisplay::d_RotationCenter;
     using TOpenGLDisplay::d_RubberBand;
@@ -54,9 +50,8 @@ protected:
     }
 };
 
-class OpenGLDisplay : public testing::Test
+struct OpenGLDisplay : testing::Test
 {
-protected:
     void SetUp() override
     {
         view.resize(600, 400);
@@ -103,8 +98,6 @@ int Count(const QImage& picture, const QRect& part, bool (*matches)(const QColor
         count += matches(picture.pixelColor(part.left() + i % part.width(), part.top() + i / part.width()));
     return count;
 }
-
-} // namespace
 
 TEST_F(OpenGLDisplay, FirstPaintFitsAndResizingDoesNot)
 {

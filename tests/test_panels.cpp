@@ -6,9 +6,6 @@
 
 using testing::ElementsAre;
 
-namespace
-{
-
 std::vector<double> Limits(const TMachineWidget& panel)
 {
     const TMachineWidget::TDimensions limits = panel.Machine_Dimensions();
@@ -26,8 +23,6 @@ QString Fields(const QWidget& panel, const char* first, int count)
     }
     return texts.join(' ');
 }
-
-} // namespace
 
 TEST(MachineWidget, ReadsAndSortsLimits)
 {

@@ -2,9 +2,6 @@
 #include "report.h"
 #include "testing.h"
 
-namespace
-{
-
 /// A set of bars along X of the given lengths.
 void Fill(TBallBarData* data, const std::vector<double>& lengths)
 {
@@ -13,8 +10,6 @@ void Fill(TBallBarData* data, const std::vector<double>& lengths)
         data->Add_Ballbar({"P", {}, {length, 0, 0}, {}, 0, 0});
     data->Update_Stats();
 }
-
-} // namespace
 
 TEST(Report, TextToTheCharacter)
 {

@@ -2,9 +2,6 @@
 #include "settings.h"
 #include "testing.h"
 
-namespace
-{
-
 /// All values of the settings.
 QString Values(const TSettings& s)
 {
@@ -18,8 +15,6 @@ TSettings Read_From(const QByteArray& contents)
     const QTemporaryDir directory;
     return TSettings::Read(QSettings(Write(directory.filePath("a.ini"), contents), QSettings::IniFormat));
 }
-
-} // namespace
 
 TEST(Settings, RoundTrip)
 {

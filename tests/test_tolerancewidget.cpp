@@ -2,9 +2,6 @@
 #include "testing.h"
 #include "tolerancewidget.h"
 
-namespace
-{
-
 const QString PINK = "background-color: rgb(255, 151, 160);";
 
 struct ToleranceWidget : testing::Test
@@ -44,38 +41,19 @@ struct ToleranceWidget : testing::Test
     }
 };
 
-} // namespace
-
 TEST_F(ToleranceWidget, Grammar)
 {
-    // The text, whether it is valid, and a, b, c, d and the tolerance at 2400 mm.
-    std::vector<std::tuple<QString, bool, std::vector<double>>> rows{
-        {"0.010", true, {0.01, 0, 0, 0, 0.01}},
-        {" 1.0 ", true, {1, 0, 0, 0, 1}},
-        {"0.012 + 0.006L/1000", true, {0.012, 0.006, 1000, 0, 0.012 + 0.006 * 2400 / 1000}},
-        {"0.010 + 0.020L/1200 | 0.020", true, {0.01, 0.02, 1200, 0.02, 0.02}},
-        {"0.010 + 0.020L/1200 | 0.9", true, {0.01, 0.02, 1200, 0.9, 0.05}},
-        {"0.01+0.02l/1200", true, {0.01, 0.02, 1200, 0, 0.05}},
-        {"0.01  +  0.02 L / 1200", true, {0.01, 0.02, 1200, 0, 0.05}},
-        {"0.01 + 0.02,/1200", true, {0.01, 0.02, 1200, 0, 0.05}},
-        {"0.01+0.02L/0.1", true, {0.01, 0.02, 0.1, 0, 0.01}},
-        {"0.01+0.02L/123456789", true, {0.01, 0.02, 123456789, 0, 0.01 + 0.02 * 2400 / 123456789}},
-        {"0.01+1.0L/0.2|0.5", true, {0.01, 1, 0.2, 0.5, 0.5}},
-        {"1.2.3", true, {0, 0, 0, 0, 0}},
-        {"1.5", false, {1.5, 0, 0, 0, 0}},
-        {"0.1+1.1L/1000", false, {0.1, 1.1, 1000, 0, 0}},
-        {"0.1+0.1L/1000|1.01", false, {0.1, 0.1, 1000, 1.01, 0}},
-    };
-    for (const QString& text : {QString("-0.01"), QString("1e-3"), QString("0.0123456"), QString(),
-                                QString("0.01+0.02L/1234567890"), QString("0.01|0.02"), QString(10000, '1')})
-        rows.push_back({text, false, {0, 0, 0, 0, 0}});
-    for (const auto& [text, valid, expected] : rows) {
-        SCOPED_TRACE(text.left(40).toStdString());
+    // The text; whether it is valid, a, b, c, d and the tolerance at 2400 mm.
+    QList<QByteArray> rows = Content(TEST_DATA "/tolerances.txt").trimmed().split('\n');
+    rows << QByteArray(10000, '1') + "; false 0 0 0 0 0";
+    for (const QByteArray& row : rows) {
+        const QString text = row.split(';')[0];
         Set_Coefficients(0, 0, 0, 0);
-        EXPECT_EQ(d_panel.Analyze_Tolerance(text), valid);
-        const std::vector<double> values{d_panel.d_tolerance_a, d_panel.d_tolerance_b, d_panel.d_tolerance_c,
-                                         d_panel.d_tolerance_d, d_panel.Tolerance_Value(2400)};
-        EXPECT_THAT(values, testing::Pointwise(testing::DoubleEq(), expected));
+        const bool valid = d_panel.Analyze_Tolerance(text);
+        EXPECT_EQ(State(valid, d_panel.d_tolerance_a, d_panel.d_tolerance_b, d_panel.d_tolerance_c,
+                        d_panel.d_tolerance_d, d_panel.Tolerance_Value(2400)),
+                  row.split(';')[1].trimmed())
+            << text.left(40).toStdString();
     }
     EXPECT_DOUBLE_EQ(d_panel.Tolerance_Limit_Position(0.010, 0.020, 1200, 0.020), 600);
     EXPECT_EQ(d_panel.Tolerance_Limit_Position(0.03, 0.020, 1200, 0.020), 0);

@@ -39,16 +39,7 @@ TEST(Vectors, Arithmetic)
     };
     for (const auto& [result, expected] : rows)
         EXPECT_EQ(result, expected);
-}
-
-TEST(VectorsDeathTest, Misuse)
-{
-    EXPECT_DEATH(TVector2()(2), "false");
-    EXPECT_DEATH(TVector3()(3), "false");
     EXPECT_DEATH(TVector3().Normal(), "epsilon");
-    EXPECT_DEATH(TVector2(1e-17, 0).Normal(), "epsilon");
-    EXPECT_DEATH(TVector3(1, 1, 1) / -1.0, "epsilon");
-    EXPECT_DEATH(TVector2(1, 1) /= 0.0, "epsilon");
 }
 
 TEST(Vectors, PointInTriangle)
