@@ -34,8 +34,8 @@ struct BallBarData : testing::Test
     void Expect_Empty() const
     {
         EXPECT_EQ(State(d_data.Ballbar_Item_Count(), d_data.Maximum_Length(), d_data.Mean_Length(),
-                        d_data.Volume_Corner_Min().x, d_data.Volume_Corner_Max().z),
-                  "0 0 0 -100 100");
+                        d_data.Median_Length(), d_data.Volume_Corner_Min().x, d_data.Volume_Corner_Max().z),
+                  "0 0 0 0 -100 100");
     }
 };
 

@@ -555,7 +555,9 @@ TEST_F(DatabaseDialog, ShowsAndLoadsWhatIsSelected)
     EXPECT_EQ(Content(d_dialog.d_file), "(no file)");
     Tree()->topLevelItem(2)->setSelected(true);
     EXPECT_EQ(Summary(), QStringList("C|1|1.0000|10.0000|4.3333|5.5000|14.7986|9.0000"));
-    EXPECT_TRUE(d_dialog.findChild<QTableWidget*>("summary")->updatesEnabled());
+    const auto& table = Child<QTableWidget>(d_dialog, "summary");
+    EXPECT_EQ(State(table.updatesEnabled(), int(table.editTriggers()), Tree()->headerItem()->text(1)),
+              "true 0 Time");
     const QString titles = "Date,Time,Min Length,Max Length,Mean_Length,Median Length,Est. Range,Range\n";
     EXPECT_EQ(Written("export").replace('"', ""), (titles + Summary()[0].replace("|", ",") + "\n").toUtf8());
     EXPECT_EQ(Content(d_dialog.d_file).count("\",\""), 14);
@@ -633,6 +635,7 @@ TEST_F(DatabaseDialog, TellsWhatFailed)
     d_dialog.d_file = d_file; // the database itself
     for (const char* command : {"backup", "export"})
         EXPECT_EQ(Written(command).left(6), "SQLite") << command;
+    EXPECT_EQ(d_dialog.Failures().filter("' is the database or a copy of it").size(), 2);
     d_dialog.d_file = Path("other");
     Written("export");
     EXPECT_EQ(Written("backup"), good);

@@ -110,6 +110,21 @@ TEST_F(Kelvora, FirstStart)
     EXPECT_EQ(Action("New").icon().pixmap(24).width(), 24 * ratio);
 }
 
+TEST_F(Kelvora, MenusAndToolBar)
+{
+    QStringList texts;
+    QList<QList<QAction*>> lists{Child<QToolBar>(*d_window, "tool_bar").actions()};
+    for (const QAction* menu : d_window->menuBar()->actions())
+        lists << menu->menu()->actions();
+    for (const QList<QAction*>& list : lists)
+        for (const QAction* action : list)
+            texts << action->text() + (action == list.back() ? "." : "");
+    EXPECT_EQ(texts.join('|'), "New|Import Ballbar Measurements||Open Database...|Save to Database||About.|"
+                               "New|Open Database...|Save to Database||Import Ballbar Measurements||Quit.|"
+                               "Measurement|Machine Dimensions|Tolerance.|About.");
+    EXPECT_EQ(Action("New").shortcut(), QKeySequence(QKeySequence::New));
+}
+
 TEST_F(Kelvora, AboutTellsTheVersion)
 {
     QString text;

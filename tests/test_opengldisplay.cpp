@@ -287,7 +287,7 @@ TEST_F(OpenGLDisplay, ColoursOfEveryState)
         const auto& [rod_color, sphere_color, alpha] = rows[state];
         view.Clear_BallBars();
         view.Add(3, CENTER - half, CENTER + half, state & 2, state & 4);
-        view.Set_Selection(state & 1 ? 3 : 4);
+        state & 1 ? view.Set_Selection(3) : view.Clear_Selection();
         Fit(&view);
         const QImage picture = view.grabFramebuffer();
         const auto color = [&](const TVector3& p) { return picture.pixelColor(Pixel(&view, p).toPoint()); };

@@ -85,7 +85,7 @@ TEST_F(ToleranceWidget, ExpressionFromCoefficients)
 
 TEST_F(ToleranceWidget, EditingAndApplying)
 {
-    EXPECT_EQ(d_expression.text(), "0.012 + 0.006L/1000");
+    EXPECT_EQ(State(d_expression.text(), d_apply.isEnabled()), "0.012 + 0.006L/1000 false");
     QApplication::setPalette(QColor(53, 53, 53)); // a dark desktop
     d_panel.show();
     Set_Coefficients(0.012, 0.006, 1000, 0);
