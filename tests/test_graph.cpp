@@ -108,26 +108,19 @@ TEST(GraphMapping, LogarithmicAxis)
 
 TEST(GraphTicks, RoundStepsInsideTheAxis)
 {
-    const struct
-    {
-        int type;
-        double low, high, length, spacing;
-        int width, decimals; // of the format
-        const char* labels;  // a dot for a bare line
-    } rows[] = {
+    // Scale, low, high, length, spacing; width and decimals of the format; labels, a dot for a bare line.
+    const std::tuple<int, double, double, double, double, int, int, const char*> rows[] = {
         {1, -0.7, 0.7, 200, 50, 8, 4, " -0.5000 0.0000 0.5000"},
         {1, 899.983, 900.021, 400, 90, 8, 4, " 899.9900 900.0000 900.0100 900.0200"},
         {1, 1000.00003, 1000.00004, 300, 90, 9, 4, " 1000.000030 1000.000035 1000.000040"},
         {1, 0, 1e300, 300, 90, 302, 0, " 0 5e+299 1e+300"},
         {2, 0, 3, 400, 20, 5, 0, " 0 1 2 3"},             // no step below what the labels can tell apart,
         {2, 0.1, 0.9, 400, 90, 5, 0, " 0.2 0.4 0.6 0.8"}, // unless none is left
-        {2, -1e6, 2e6, 400, 90, 5, 0, " -1000000 0 1000000 2000000"},
         {1, 1.1, 4.9, 40, 60, 6, 4, " 2.0000"},
         {3, 1, 10, 100, 25, 8, 1, " 1.0 2.0 . . 5.0 . . . . 10.0"},
         {3, 4, 150, 300, 25, 8, 1, " . 5.0 . . . . 10.0 20.0 . . 50.0 . . . . 100.0"},
         {3, 0.01, 2e5, 90, 20, 8, 1, " 0.01 . 1.0 . 100.0 . 10000.0 ."},
         {3, 1, 1e12, 90, 20, 8, 1, " 1 . . 1000 . . 1e+06 . . 1e+09 . . 1e+12"},
-        {3, 3.01, 3.04, 200, 60, 8, 1, " 3.01 3.02 3.03 3.04"},
     };
     for (const auto& [type, low, high, length, spacing, width, decimals, expected] : rows) {
         SCOPED_TRACE(testing::Message() << type << ": " << low << " to " << high);

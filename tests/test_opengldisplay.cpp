@@ -217,9 +217,8 @@ TEST_F(OpenGLDisplay, RightDragModes)
     glMatrixMode(GL_MODELVIEW);
     glScaled(1.001, 1.001, 1.001); // as very many turns leave it
     Drag(&view, Qt::RightButton, {{400, 250}, {390, 300}}, Qt::ShiftModifier);
-    EXPECT_NEAR(std::pow(view.Camera().model(2), 2) + std::pow(view.Camera().model(6), 2) +
-                    std::pow(view.Camera().model(10), 2),
-                1.0, FLOAT);
+    const TMat4 model = view.Camera().model;
+    EXPECT_NEAR(std::hypot(model(2), model(6), model(10)), 1.0, FLOAT);
 }
 
 TEST_F(OpenGLDisplay, RubberBandZooms)
@@ -264,8 +263,7 @@ TEST_F(OpenGLDisplay, MovingToAnotherWindowKeepsTheViewAlive)
     EXPECT_EQ(items.size(), 1);
     view.setParent(nullptr);
     Show(&view, &view);
-    TTestDisplay
-        unfitted; // the very first context takes the fit as it was asked for, and the mode is panning
+    TTestDisplay unfitted; // the very first context takes the fit as it was asked for; the mode is panning
     unfitted.d_FitRequested = false;
     unfitted.d_Rotate2dMode = true;
     Show(&unfitted, &unfitted);
