@@ -49,8 +49,7 @@ TEST(Camera, FitFillsTheSmallerSide)
             EXPECT_NEAR(camera.projection(5) * larger * 600 / 2, std::min(width, 600), 1e-9);
             EXPECT_NEAR(Length(Device(camera, (low + high) / 2.0)), 0.0, 1e-6);
             EXPECT_EQ(camera.projection(10), -0.25 / std::max(extent.z, 1e-6)); // larger eye z are in front
-            for (const auto& [w, h] :
-                 {std::pair{500, 500}, {1500, 500}, {500, 1000}}) { // the longer side shrinks
+            for (const auto& [w, h] : {std::pair{500, 500}, {1500, 500}, {500, 1000}}) { // the longer shrinks
                 camera.Keep_Pixels_Square(w, h);
                 EXPECT_DOUBLE_EQ(camera.projection(0) * w, camera.projection(5) * h);
             }

@@ -56,6 +56,12 @@ TEST(GraphMapping, FitToData)
         Expect_Range(mapping.d_horizontal, x_min, x_max);
         Expect_Range(mapping.d_vertical, y_min, y_max);
     }
+    for (int size = 200; size < 320; ++size) { // the edges of the data are inside, whatever is rounded
+        const QRect area(91, 26, size, size);
+        const auto mapping = Fitted({{900.0042, 0.1}, {900.0216, 900.0216}}, Types(2, 2), area);
+        EXPECT_GE(mapping.Position({900.0042, 0}).x(), area.left()) << size;
+        EXPECT_GE(mapping.Position({0, 900.0216}).y(), area.top()) << size;
+    }
 }
 
 TEST(GraphMapping, FitToRect)
@@ -89,15 +95,12 @@ TEST(GraphMapping, LogarithmicAxis)
     EXPECT_NEAR(x.Value(200), 10, 1e-9);
     // Data without a usable logarithm still make an axis, from the decade below the smallest positive value.
     EXPECT_NEAR(Fitted({{-5, 1}, {0, 1}, {20, 2}, {700, 2}}, Types(3, 3)).d_horizontal.Value(100), 10, 1e-9);
-    // Zoomed out for ever, it shows 50 times as much, about the same middle. Then panned out of all numbers.
+    // Zoomed out for ever, it shows 50 times as much, about the same middle.
     TGraphMapping out = Fitted({{1, 5}, {10000, 500}}, Types(3, 3));
     for (int i = 0; i < 9; ++i)
         out.Zoom_To(GRAPH.adjusted(-200, -100, 200, 100));
     EXPECT_NEAR(out.d_horizontal.Log10_End(), 102, 1e-6);
     EXPECT_NEAR(out.d_horizontal.Log10_Begin(), -98, 1e-6);
-    for (int i = 0; i < 9; ++i)
-        out.Zoom_To(GRAPH.translated(GRAPH.width(), 0));
-    EXPECT_NEAR(out.d_horizontal.Decades(), 200, 1e-6);
     for (const double low : {-8.0, 0.0, 1e13, 1e300}) {
         const TGraphAxis axis = Fitted({{low, 1}, {low + 0.002, 2}}, Types(3, 3)).d_horizontal;
         EXPECT_GT(axis.Value(500), axis.Value(100)) << low;

@@ -190,17 +190,6 @@ TEST(GraphWidget, PixelsOfEveryStyleInAnyView)
     }
 }
 
-TEST(GraphWidget, UpperEdgeOfTheDataIsSeenAtEveryHeight)
-{
-    for (int height = 200; height < 320; height += 7) {
-        TGraph graph({{900.0042, 0}, {900.0042, 8}, {900.0216, 8}, {900.0216, 0}}, 12);
-        graph.EnableYIncludesZero(true);
-        graph.resize(490, height);
-        const QRect area = graph.Layout().graph;
-        EXPECT_EQ(graph.Seen().pixelColor(area.center().x(), area.top()), COLOR) << height;
-    }
-}
-
 TEST(GraphWidget, FarPointsAndOtherDevices)
 {
     // Seen from nearer and nearer: their positions leave the range of whole pixels and then that of doubles.

@@ -220,8 +220,7 @@ TEST_F(Kelvora, ImportsAndClears)
     Import(""); // cancelled
     EXPECT_THAT(Text(), HasSubstr("Third"));
     EXPECT_EQ(d_window->d_directory, d_home.path());
-    Import(d_one);
-    EXPECT_THAT(Text(), testing::EndsWith("\n\nINF:  There range of the data is too small to graph"));
+    Import(d_one); // has no range
     EXPECT_EQ(Histogram_Sets(), 0);
 
     const QString bad = Write(d_home.filePath("bad %1.dat"), "no measurement at all");

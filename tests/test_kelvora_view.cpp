@@ -118,8 +118,7 @@ TEST_F(KelvoraView, ButtonsKeyboardAndScreenReader)
 {
     const char* const names[] = {"tb_pan", "tb_rotate2d", "tb_rotate3d"};
     EXPECT_TRUE(Child<QToolButton>(*window, "tb_pan").isChecked());
-    for (const auto& [button, mode] :
-         {std::pair{0, 0}, {2, 2}, {1, 1}, {1, 0}, {2, 2}, {2, 0}, {1, 1}, {0, 0}}) {
+    for (const auto& [button, mode] : {std::pair{0, 0}, {2, 2}, {1, 1}, {1, 0}, {2, 2}, {2, 0}, {0, 0}}) {
         Child<QToolButton>(*window, names[button]).click();
         const bool modes[] = {view->d_PanMode, view->d_Rotate2dMode, view->d_Rotate3dMode};
         for (int i = 0; i < 3; ++i)

@@ -61,7 +61,6 @@ TEST(Settings, WindowGeometry)
         {{-100, 0, 1001, 801}, {0, 20, 901, 781}},
         {{1099, 600, 1001, 801}, {1099, 600, 501, 600}},
         {{1100, 600, 1001, 801}, fallback}, // 500 pixels are not enough
-        {{0, 700, 1001, 801}, fallback},
         {{0, 0, -5, -5}, fallback},
     };
     for (const auto& [stored, expected] : rows)
