@@ -119,9 +119,9 @@ TEST_F(BallBarData, UnreadablePathsAreRefused)
     ASSERT_EQ(mkfifo(Path("pipe.dat").toLocal8Bit().constData(), 0600), 0);
     const QString cannot_open = "Cannot open file '";
     for (const QString& path : {Path("missing %1.dat"), Path("pipe.dat"), d_directory.path(), QString()}) {
+        Expect_Empty();
         EXPECT_FALSE(d_data.Load_Data(path));
         EXPECT_EQ(d_data.Last_Error(), cannot_open + path + "'");
-        Expect_Empty();
     }
     const QString huge = Write(Path("huge.dat"), LEGACY_V1);
     ASSERT_TRUE(QFile::resize(huge, TBallBarData::MAXIMUM_FILE_SIZE + 1)); // sparse
