@@ -95,6 +95,6 @@ TEST(Report, HistogramBins)
 
     for (const double other : {20, 5}) { // both beyond 1.5 deviations from the mean
         Fill(&data, {10, 10, 10, 10, 10, 10, 10, 10, 10, other});
-        EXPECT_TRUE(Build_Report(data, 1, 0).text.contains("\nNumber Outside of Estimated Range: 1\n\n"));
+        EXPECT_TRUE(Build_Report(data, 1, 0).text.contains("Number Outside of Estimated Range: 1\n\n"));
     }
 }
