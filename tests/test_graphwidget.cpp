@@ -366,7 +366,6 @@ TEST(GraphMouse, RightButtonPansAndZoomsOut)
 
         graph.d_painted = QRegion();
         graph.ScaleToFit();
-        graph.repaint(0, 0, 9, 9);
         QApplication::processEvents();
         EXPECT_EQ(graph.d_painted, graph.rect());
         Expect_View(graph, DIAGONAL[0], DIAGONAL[1]);
