@@ -2,8 +2,8 @@
 // The database against SQLite itself, through its own interface and its shell, doing the same work.
 #include "database.h"
 #include "databasedialog.h"
-#include "databasestatements.h"
 #include "ratio.h"
+#include "statements.h"
 
 #include <QApplication>
 #include <QFile>
@@ -164,8 +164,8 @@ void Bench_Large_Set(const QTemporaryDir& folder)
     const TDatabaseItem item = Make_Set(0, LARGE_SET);
     const QStringList statements = Creating_Statements()
                                    << Statements::Insert_Date(item.Date())
-                                   << Statements::Insert_Time(1, item.Time()) << Statements::Begin()
-                                   << Position_Statements(1, 1, item) << Statements::Commit();
+                                   << Statements::Insert_Time(1, item.Time()) << Statements::BEGIN
+                                   << Position_Statements(1, 1, item) << Statements::COMMIT;
     const QString our_file = folder.filePath("ours");
     const QString reference_file = folder.filePath("reference");
     Compare(
@@ -223,13 +223,13 @@ TArchive::TArchive(const QTemporaryDir& folder, int sets)
     : d_sets(sets), d_rounds(sets > 1000 ? 3 : ROUNDS), d_file(folder.filePath(QString("%1.db").arg(sets))),
       d_dump(d_file + ".sql")
 {
-    QStringList statements = Creating_Statements() << Statements::Begin();
+    QStringList statements = Creating_Statements() << Statements::BEGIN;
     for (int number = 0; number < sets; ++number) {
         const TDatabaseItem item = Make_Set(number, SET_SIZE);
         statements << Statements::Insert_Date(item.Date()) << Statements::Insert_Time(number + 1, item.Time())
                    << Position_Statements(number + 1, number + 1, item);
     }
-    TReference(d_file).Execute(statements << Statements::Commit());
+    TReference(d_file).Execute(statements << Statements::COMMIT);
     d_dialog.d_file = d_file + ".backup";
 }
 

@@ -105,10 +105,10 @@ Draw Raw_Histogram(const TGraphWidget& graph)
 {
     const TGraphLayout layout = graph.Layout();
     const TGraphMapping mapping = graph.Mapping();
-    const auto x_ticks = Graph_Ticks(mapping.d_horizontal, graph.Horizontal_Label_Format(),
+    const auto x_ticks = Graph_Ticks(mapping.horizontal, graph.Horizontal_Label_Format(),
                                      graph.Horizontal_Label_Format().cell.width());
     const auto y_ticks =
-        Graph_Ticks(mapping.d_vertical, graph.Vertical_Label_Format(), layout.graph.height() / 10.0);
+        Graph_Ticks(mapping.vertical, graph.Vertical_Label_Format(), layout.graph.height() / 10.0);
     return [&graph, layout, mapping, x_ticks, y_ticks, font = graph.font()] {
         QImage picture(SIZE, QImage::Format_RGB32);
         QPainter painter(&picture);
@@ -144,7 +144,7 @@ Draw Raw_Histogram(const TGraphWidget& graph)
         painter.drawText(layout.graph_title, Qt::AlignCenter, graph.d_graph_title);
 
         painter.setClipRect(area);
-        const int zero = static_cast<int>(mapping.d_vertical.Position(0));
+        const int zero = static_cast<int>(mapping.vertical.Position(0));
         const int w = area.width() / 20 - 1;
         for (int bin = 0; bin < 9; ++bin) {
             const QPoint p = mapping.Position({LENGTH + bin * BIN, COUNTS[bin]}).toPoint();

@@ -92,7 +92,7 @@ TComparison TBenchDisplay::Compare_Frames(const std::function<void()>& ours,
             glFinish();
         };
     };
-    return TComparison(d_BallBars.size() > 1000 ? 9 : 25, frame(ours), frame(reference));
+    return TComparison(d_ballbars.size() > 1000 ? 9 : 25, frame(ours), frame(reference));
 }
 
 void TBenchDisplay::Compare_Scene()
@@ -109,9 +109,9 @@ void TBenchDisplay::Compare_Scene()
         Draw_Bare();
     };
     const TComparison plain = Compare_Frames(scene, bare);
-    const QString name = QStringLiteral("view3d/%1").arg(d_BallBars.size());
+    const QString name = QStringLiteral("view3d/%1").arg(d_ballbars.size());
     Print_Ratio(qPrintable(name), plain.ours * 1e3, plain.reference * 1e3, 1.15);
-    if (d_BallBars.size() == 50) {
+    if (d_ballbars.size() == 50) {
         const TComparison whole = Compare_Frames([this] { GLRender(); }, bare);
         Print_Ratio("  with labels, against 60 frames a second", whole.ours * 1e3, 1e3 / 60, 1.0);
     }
@@ -132,7 +132,7 @@ void TBenchDisplay::Compare_Labels()
     const TComparison first = Compare_Frames(ours, one_by_one);
     const TComparison second = Compare_Frames(ours, one_image);
     const QString name =
-        QStringLiteral("labels/%1 at %2 x %3 (%4)").arg(d_BallBars.size()).arg(width()).arg(height());
+        QStringLiteral("labels/%1 at %2 x %3 (%4)").arg(d_ballbars.size()).arg(width()).arg(height());
     const bool image = second.reference < first.reference;
     Print_Ratio(qPrintable(name.arg(image ? "image" : "one by one")), std::min(first.ours, second.ours) * 1e3,
                 std::min(first.reference, second.reference) * 1e3, 1.1);
@@ -143,11 +143,11 @@ void TBenchDisplay::Prepare()
     d_Arrays.clear();
     d_Boxes.clear();
     const TCamera camera = Read_Camera();
-    for (const TBallBar& bar : d_BallBars) {
+    for (const TBallBar& bar : d_ballbars) {
         for (const int k : {0, 1})
-            d_Arrays.push_back({static_cast<unsigned int>(d_VertexBuffers.Buffer_Size(bar.buffers[k])),
-                                d_VertexBuffers.Buffer(bar.buffers[k]),
-                                d_VertexBuffers.Buffer(bar.buffers[k + 2]), k == 1});
+            d_Arrays.push_back({static_cast<unsigned int>(d_vertex_buffers.Buffer_Size(bar.buffers[k])),
+                                d_vertex_buffers.Buffer(bar.buffers[k]),
+                                d_vertex_buffers.Buffer(bar.buffers[k + 2]), k == 1});
         QPoint pixel;
         camera.Raster_Position(bar.label, &pixel.rx(), &pixel.ry());
         d_Boxes.emplace_back(pixel - QPoint(1, 1), QFontMetrics(font()).size(0, bar.name) + QSize(3, 3));
@@ -157,14 +157,14 @@ void TBenchDisplay::Prepare()
 
 void TBenchDisplay::Draw_Bare()
 {
-    const auto vertex = static_cast<GLuint>(d_LitVertex);
-    const auto normal = static_cast<GLuint>(d_LitNormal);
-    d_LitProgram->bind();
+    const auto vertex = static_cast<GLuint>(d_lit_vertex);
+    const auto normal = static_cast<GLuint>(d_lit_normal);
+    d_lit_program->bind();
     for (const TArray& array : d_Arrays) {
         const float grey = array.spheres ? 0.6F : 0.1F;
-        glUniform4f(d_LitColor, grey, grey, grey, 1.0F);
-        glUniform3f(d_LitOffset, 0.0F, 0.0F, 0.0F);
-        glUniform1f(d_LitSpecular, array.spheres ? 0.3F : 0.1F);
+        glUniform4f(d_lit_color, grey, grey, grey, 1.0F);
+        glUniform3f(d_lit_offset, 0.0F, 0.0F, 0.0F);
+        glUniform1f(d_lit_specular, array.spheres ? 0.3F : 0.1F);
         glVertexAttribPointer(vertex, 3, GL_DOUBLE, GL_FALSE, 0, array.vertices);
         glVertexAttribPointer(normal, 3, GL_DOUBLE, GL_FALSE, 0, array.normals);
         glEnableVertexAttribArray(vertex);
@@ -173,7 +173,7 @@ void TBenchDisplay::Draw_Bare()
         glDisableVertexAttribArray(vertex);
         glDisableVertexAttribArray(normal);
     }
-    d_LitProgram->release();
+    d_lit_program->release();
 }
 
 void TBenchDisplay::Paint_Names(QPainter* painter)
@@ -182,7 +182,7 @@ void TBenchDisplay::Paint_Names(QPainter* painter)
     painter->setPen(Qt::black);
     for (size_t i = 0; i < d_Boxes.size(); ++i) {
         painter->fillRect(d_Boxes[i], QColor(224, 224, 224, 160));
-        painter->drawText(d_Boxes[i], Qt::AlignHCenter | Qt::AlignVCenter, d_BallBars[i].name);
+        painter->drawText(d_Boxes[i], Qt::AlignHCenter | Qt::AlignVCenter, d_ballbars[i].name);
     }
 }
 

@@ -7,7 +7,7 @@
 namespace
 {
 
-/// How much narrower x and y become so that pixels are square.
+// How much narrower x and y become so that pixels are square.
 TVector2 Aspect(int width, int height)
 {
     if (width == 0 || height == 0)
@@ -17,7 +17,7 @@ TVector2 Aspect(int width, int height)
     return {1.0, static_cast<double>(width) / height};
 }
 
-/// The driver keeps its matrices in single precision, where what is far larger or smaller gets lost.
+// The driver keeps its matrices in single precision, where what is far larger or smaller gets lost.
 constexpr double LARGEST_USABLE = 1e30;
 
 bool Is_Usable_Scale(double scale)
@@ -25,11 +25,11 @@ bool Is_Usable_Scale(double scale)
     return std::fabs(scale) <= LARGEST_USABLE && std::fabs(scale) >= 1.0 / LARGEST_USABLE;
 }
 
-/// The whole part; far outside the viewport, where also goes what is no number, about the limits of int.
+// The whole part. What no int can hold, or is no number, lies far outside the viewport.
 int Truncated(double value)
 {
-    constexpr double limit = 1e9;
-    return static_cast<int>(std::isnan(value) ? limit : std::clamp(value, -limit, limit));
+    constexpr double OUTSIDE = 1e9;
+    return static_cast<int>(std::isnan(value) ? OUTSIDE : std::clamp(value, -OUTSIDE, OUTSIDE));
 }
 
 } // namespace
@@ -60,7 +60,7 @@ void TCamera::Fit(const TVector3& minimum, const TVector3& maximum)
     for (int i = 0; i < 3; ++i)
         extent(i) = std::max(extent(i), 1e-6);
     const TVector3 sum = minimum + maximum;
-    if (!(Length(extent) <= LARGEST_USABLE && Length(sum) <= LARGEST_USABLE))
+    if (!(extent.Length() <= LARGEST_USABLE && sum.Length() <= LARGEST_USABLE))
         return;
 
     projection(8) = 0.0;
@@ -109,18 +109,18 @@ void TCamera::Pan(int dx, int dy, int half_width, int half_height)
 void TCamera::Rotate_3d(double dx, double dy)
 {
     const TVector3 axis(-dy, dx, 0.0);
-    Rotate_About_Eye_Axis(axis, 0.02 * (1.0 + std::log(Length(axis))));
+    Rotate_About_Eye_Axis(axis, 0.02 * (1.0 + std::log(axis.Length())));
 }
 
 bool TCamera::Rotate_2d(const TVector2& a, const TVector2& b)
 {
     TVector3 from(a.x, a.y, 0.0);
     TVector3 to(b.x, b.y, 0.0);
-    if (!(Length(from) > 5.0 && Length(to) > 5.0))
+    if (!(from.Length() > 5.0 && to.Length() > 5.0))
         return false;
     const double cosine = from.Normal() ^ to.Normal();
     const TVector3 axis = from * to;
-    if (!(cosine > 0.0 && cosine < 1.0 && Length(axis) > 1e-8))
+    if (!(cosine > 0.0 && cosine < 1.0 && axis.Length() > 1e-8))
         return false;
     Rotate_About_Eye_Axis(axis, std::acos(cosine));
     return true;

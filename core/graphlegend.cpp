@@ -30,73 +30,73 @@ QRect Centred_Within(const QRect& band, int centre, int width)
 }
 
 // One line of text along a band, over `centre` as far as the ends of the band allow.
-void Draw_Title(QPainter& painter, const QRect& band, int centre, const QString& title)
+void Draw_Title(QPainter* painter, TGraphTexts* texts, const QRect& band, int centre, const QString& title)
 {
-    const QFontMetrics metrics = painter.fontMetrics();
-    const int width = metrics.horizontalAdvance(title);
-    const QString text =
-        width > band.width() ? metrics.elidedText(title, Qt::ElideRight, band.width()) : title;
-    painter.drawText(Centred_Within(band, centre, std::min(width, band.width())),
-                     Qt::AlignCenter | Qt::TextDontClip, text);
+    const int width = texts->Width(*painter, title);
+    const QString text = width <= band.width()
+                             ? title
+                             : painter->fontMetrics().elidedText(title, Qt::ElideRight, band.width());
+    texts->Draw(painter, Centred_Within(band, centre, std::min(width, band.width())), Qt::AlignCenter, text);
 }
 
-void Draw_Titles(QPainter& painter, const TGraphLayout& layout, const TGraphLegend& legend)
+void Draw_Titles(QPainter* painter, TGraphTexts* texts, const TGraphLayout& layout,
+                 const TGraphLegend& legend)
 {
     const int middle = layout.graph.center().x();
-    painter.setPen(INK);
+    painter->setPen(INK);
 
     QRect bottom = layout.horizontal_title;
     bottom.setLeft(legend.cursor_text_width);
     bottom.setRight(layout.widget.right());
-    Draw_Title(painter, bottom, middle, legend.horizontal_title);
+    Draw_Title(painter, texts, bottom, middle, legend.horizontal_title);
 
-    painter.save();
-    QFont bold = painter.font();
+    painter->save();
+    QFont bold = painter->font();
     bold.setBold(true);
-    painter.setFont(bold);
-    Draw_Title(painter, layout.graph_title, middle, legend.graph_title);
-    painter.restore();
+    painter->setFont(bold);
+    Draw_Title(painter, texts, layout.graph_title, middle, legend.graph_title);
+    painter->restore();
 
-    // Turned to the left: along the band runs upwards from the bottom end.
-    painter.save();
-    painter.rotate(-90.0);
+    // Turned to the left, so that x runs up the band from its bottom end.
+    painter->save();
+    painter->rotate(-90.0);
     const int end = layout.vertical_labels.bottom() + 1;
     const QRect upwards(-end, layout.vertical_title.left(), end, layout.vertical_title.width());
-    Draw_Title(painter, upwards, -layout.graph.center().y(), legend.vertical_title);
-    painter.restore();
+    Draw_Title(painter, texts, upwards, -layout.graph.center().y(), legend.vertical_title);
+    painter->restore();
 }
 
-// Pixels of the longest label. Measuring text takes half as long as drawing it: one stands for all.
-int Label_Width(const QPainter& painter, const std::vector<TGraphTick>& ticks)
+// Pixels of the label with the most letters, which stands for all.
+int Label_Width(const QPainter& painter, TGraphTexts* texts, const std::vector<TGraphTick>& ticks)
 {
     QString longest;
     for (const TGraphTick& tick : ticks) {
         if (tick.label.length() > longest.length())
             longest = tick.label;
     }
-    return painter.fontMetrics().horizontalAdvance(longest);
+    return texts->Width(painter, longest);
 }
 
 // Letters so much smaller that `width` pixels of text fit into `room`.
-void Shrink_Font(QPainter& painter, int width, int room)
+void Shrink_Font(QPainter* painter, int width, int room)
 {
-    QFont font = painter.font();
+    QFont font = painter->font();
     if (width <= room)
         return;
     font.setPixelSize(std::max(1, QFontInfo(font).pixelSize() * room / width));
-    painter.setFont(font);
+    painter->setFont(font);
 }
 
 // Ticks as dense as the labels allow, which may be wider than the cell of their format.
-std::vector<TGraphTick> Horizontal_Ticks(const QPainter& painter, const TGraphAxis& axis,
+std::vector<TGraphTick> Horizontal_Ticks(const QPainter& painter, TGraphTexts* texts, const TGraphAxis& axis,
                                          const TGraphLabelFormat& format)
 {
     const int gap = painter.fontMetrics().averageCharWidth();
     // The cell of a number in full may be wider than the axis, and the number then written otherwise.
-    const int third = static_cast<int>(std::abs(axis.d_end - axis.d_begin)) / 3;
+    const int third = static_cast<int>(std::abs(axis.end - axis.begin)) / 3;
     for (int spacing = std::min(format.cell.width(), third);;) {
         std::vector<TGraphTick> ticks = Graph_Ticks(axis, format, spacing);
-        const int needed = Label_Width(painter, ticks) + gap;
+        const int needed = Label_Width(painter, texts, ticks) + gap;
         if (needed <= spacing)
             return ticks;
         spacing = needed;
@@ -104,15 +104,15 @@ std::vector<TGraphTick> Horizontal_Ticks(const QPainter& painter, const TGraphAx
 }
 
 // The labels stand under their ticks; beyond the ends of their row they move inwards. A tick whose label
-// would touch the one before goes.
-void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout, const TGraphAxis& axis,
-                           const TGraphLabelFormat& format)
+// would touch the one before is left out.
+void Draw_Horizontal_Ticks(QPainter* painter, TGraphTexts* texts, const TGraphLayout& layout,
+                           const TGraphAxis& axis, const TGraphLabelFormat& format)
 {
     const QRect row = layout.horizontal_labels.adjusted(0, 1 + TICK_LENGTH, 0, 0);
     const int frame = layout.graph.bottom() + 1;
-    const std::vector<TGraphTick> ticks = Horizontal_Ticks(painter, axis, format);
-    const int width = Label_Width(painter, ticks);
-    const int gap = painter.fontMetrics().averageCharWidth();
+    const std::vector<TGraphTick> ticks = Horizontal_Ticks(*painter, texts, axis, format);
+    const int width = Label_Width(*painter, texts, ticks);
+    const int gap = painter->fontMetrics().averageCharWidth();
     int taken = row.left();
     for (const TGraphTick& tick : ticks) {
         const int x = qRound(tick.pixel);
@@ -122,19 +122,18 @@ void Draw_Horizontal_Ticks(QPainter& painter, const TGraphLayout& layout, const 
             continue;
         }
         const bool at_the_end = x - width / 2 < row.left() || x + width / 2 > row.right();
-        const QRect room =
-            Centred_Within(row, x, at_the_end ? painter.fontMetrics().horizontalAdvance(tick.label) : width);
+        const QRect room = Centred_Within(row, x, at_the_end ? texts->Width(*painter, tick.label) : width);
         if (room.left() < taken)
             continue;
         taken = room.right() + gap;
         Draw_Straight_Line(painter, line, GRID);
         Draw_Straight_Line(painter, {x, frame, x, frame + TICK_LENGTH}, FRAME);
-        painter.drawText(room, Qt::AlignHCenter | Qt::AlignTop | Qt::TextDontClip, tick.label);
+        texts->Draw(painter, room, Qt::AlignHCenter | Qt::AlignTop, tick.label);
     }
 }
 
-void Draw_Vertical_Ticks(QPainter& painter, const TGraphLayout& layout, const TGraphAxis& axis,
-                         const TGraphLabelFormat& format)
+void Draw_Vertical_Ticks(QPainter* painter, TGraphTexts* texts, const TGraphLayout& layout,
+                         const TGraphAxis& axis, const TGraphLabelFormat& format)
 {
     // Some ten lines in a high graph; in a low pane as many labels as find room.
     const double line_height = format.cell.height();
@@ -142,9 +141,9 @@ void Draw_Vertical_Ticks(QPainter& painter, const TGraphLayout& layout, const TG
     const std::vector<TGraphTick> ticks = Graph_Ticks(axis, format, spacing);
     const QRect& column = layout.vertical_labels;
     const int frame = layout.graph.left() - 1;
-    const QFont font = painter.font();
-    const int height = painter.fontMetrics().height();
-    Shrink_Font(painter, Label_Width(painter, ticks), column.width()); // all of them, or none
+    const QFont font = painter->font();
+    const int height = painter->fontMetrics().height();
+    Shrink_Font(painter, Label_Width(*painter, texts, ticks), column.width()); // all of them, or none
     for (const TGraphTick& tick : ticks) {
         const int y = qRound(tick.pixel);
         const bool labelled = !tick.label.isEmpty();
@@ -153,29 +152,29 @@ void Draw_Vertical_Ticks(QPainter& painter, const TGraphLayout& layout, const TG
         if (!labelled)
             continue;
         Draw_Straight_Line(painter, {frame - TICK_LENGTH, y, frame, y}, FRAME);
-        painter.drawText(QRect(column.left(), y - height / 2, column.width(), height),
-                         Qt::AlignRight | Qt::AlignVCenter | Qt::TextDontClip, tick.label);
+        texts->Draw(painter, QRect(column.left(), y - height / 2, column.width(), height),
+                    Qt::AlignRight | Qt::AlignVCenter, tick.label);
     }
-    painter.setFont(font);
+    painter->setFont(font);
 }
 
 // In smaller letters where the wrapped lines would be cut, down to those that can just be read.
-void Draw_Empty_Text(QPainter& painter, const QRect& room, const QString& text)
+void Draw_Empty_Text(QPainter* painter, const QRect& room, const QString& text)
 {
-    constexpr int flags = Qt::AlignCenter | Qt::TextWordWrap;
-    const QFont usual = painter.font();
+    constexpr int FLAGS = Qt::AlignCenter | Qt::TextWordWrap;
+    const QFont usual = painter->font();
     QFont font = usual;
     for (int size = QFontInfo(font).pixelSize();
-         size > SMALLEST_LETTERS && !room.contains(painter.boundingRect(room, flags, text));) {
+         size > SMALLEST_LETTERS && !room.contains(painter->boundingRect(room, FLAGS, text));) {
         font.setPixelSize(--size);
-        painter.setFont(font);
+        painter->setFont(font);
     }
-    painter.drawText(room, flags, text);
-    painter.setFont(usual);
+    painter->drawText(room, FLAGS, text);
+    painter->setFont(usual);
 }
 
 // Just outside the plotting area, where no data can hide it.
-void Draw_Frame(QPainter& painter, const QRect& graph)
+void Draw_Frame(QPainter* painter, const QRect& graph)
 {
     const QRect frame = graph.adjusted(-1, -1, 1, 1);
     for (const QLine& side :
@@ -202,30 +201,30 @@ TGraphLayout Graph_Layout(const QSize& size, int line_height)
     return layout;
 }
 
-void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGraphMapping& mapping,
-                       const TGraphLegend& legend)
+void Draw_Graph_Legend(QPainter* painter, const TGraphLayout& layout, const TGraphMapping& mapping,
+                       const TGraphLegend& legend, TGraphTexts* texts)
 {
     if (!layout.graph.isValid())
         return;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.setPen(INK);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing, false);
+    painter->setPen(INK);
     if (legend.empty) {
         Draw_Empty_Text(painter, layout.graph, legend.empty_text);
     } else {
-        Draw_Vertical_Ticks(painter, layout, mapping.d_vertical, legend.vertical);
-        Draw_Horizontal_Ticks(painter, layout, mapping.d_horizontal, legend.horizontal);
+        Draw_Vertical_Ticks(painter, texts, layout, mapping.vertical, legend.vertical);
+        Draw_Horizontal_Ticks(painter, texts, layout, mapping.horizontal, legend.horizontal);
     }
     Draw_Frame(painter, layout.graph);
-    Draw_Titles(painter, layout, legend);
-    painter.restore();
+    Draw_Titles(painter, texts, layout, legend);
+    painter->restore();
 }
 
-void Draw_Fitted_Text(QPainter& painter, const QRect& room, int alignment, const QString& text)
+void Draw_Fitted_Text(QPainter* painter, const QRect& room, int alignment, const QString& text)
 {
-    const QFont font = painter.font();
-    Shrink_Font(painter, painter.fontMetrics().horizontalAdvance(text), room.width());
-    painter.setPen(INK);
-    painter.drawText(room, alignment | Qt::TextSingleLine | Qt::TextDontClip, text);
-    painter.setFont(font);
+    const QFont font = painter->font();
+    Shrink_Font(painter, painter->fontMetrics().horizontalAdvance(text), room.width());
+    painter->setPen(INK);
+    painter->drawText(room, alignment | Qt::TextSingleLine | Qt::TextDontClip, text);
+    painter->setFont(font);
 }

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "graphtexts.h"
 #include "graphticks.h"
 
 #include <QRect>
 #include <QString>
 
 class QPainter;
-class TGraphMapping;
+struct TGraphMapping;
 
 /// The parts of a graph, pixels.
 struct TGraphLayout
@@ -40,8 +41,8 @@ struct TGraphLegend
 
 /// Draws frame and titles, and grid, ticks and tick labels or the text of an empty graph. Text that finds no
 /// room is shortened or made smaller.
-void Draw_Graph_Legend(QPainter& painter, const TGraphLayout& layout, const TGraphMapping& mapping,
-                       const TGraphLegend& legend);
+void Draw_Graph_Legend(QPainter* painter, const TGraphLayout& layout, const TGraphMapping& mapping,
+                       const TGraphLegend& legend, TGraphTexts* texts);
 
 /// Draws one line of text into `room`, in smaller letters where it would not fit.
-void Draw_Fitted_Text(QPainter& painter, const QRect& room, int alignment, const QString& text);
+void Draw_Fitted_Text(QPainter* painter, const QRect& room, int alignment, const QString& text);

@@ -4,17 +4,18 @@
 #include "vector2.h"
 
 #include <QColor>
+#include <QLine>
 #include <QRect>
+#include <QVector>
 
 #include <vector>
 
-class QLine;
 class QPainter;
-class TGraphMapping;
+struct TGraphMapping;
 
 /// Draws a horizontal or vertical line of one pixel's width, both ends included: the pixels that a pen would
 /// draw, which goes from point to point and takes six times as long.
-void Draw_Straight_Line(QPainter& painter, const QLine& line, const QColor& color);
+void Draw_Straight_Line(QPainter* painter, const QLine& line, const QColor& color);
 
 /// Draws the points of one data set in any of the styles.
 ///
@@ -24,7 +25,7 @@ class TGraphPainter
 {
 public:
     /// `graph` is the plotting area.
-    TGraphPainter(QPainter& painter, const TGraphMapping& mapping, const QRect& graph, const QColor& color)
+    TGraphPainter(QPainter* painter, const TGraphMapping& mapping, const QRect& graph, const QColor& color)
         : d_painter(painter), d_mapping(mapping), d_graph(graph), d_color(color),
           d_opaque(color.alpha() == 255)
     {
@@ -44,15 +45,15 @@ private:
     struct TColumn;
     struct TMarkers;
 
-    QPainter& d_painter;
+    int Column_Pixel(double x) const;
+    TColumn Column_Of(const TVector2& point, int pixel) const;
+    void Append_Column(QVector<QLine>* columns, const TColumn& column) const;
+    TMarkers Markers(const std::vector<TVector2>& points) const;
+    void Fill_Squares_By_Rows(TMarkers* markers);
+
+    QPainter* d_painter;
     const TGraphMapping& d_mapping;
     QRect d_graph;
     QColor d_color;
     bool d_opaque;
-
-    int Column_Pixel(double x) const;
-    TColumn Column_Of(const TVector2& point, int pixel) const;
-    void Draw_Column(const TColumn& column);
-    TMarkers Markers(const std::vector<TVector2>& points) const;
-    void Fill_Squares_By_Rows(TMarkers& markers);
 };

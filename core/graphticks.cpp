@@ -60,7 +60,7 @@ TTickValues Log10_Part_Values(const TGraphAxis& axis, double low, double high, d
 
 TTickValues Log10_Decade_Values(const TGraphAxis& axis, double spacing)
 {
-    const double pixels = std::abs(axis.d_end - axis.d_begin) / axis.Decades();
+    const double pixels = std::abs(axis.end - axis.begin) / axis.Decades();
     const int stride = static_cast<int>(std::ceil(spacing / pixels));
     const bool between = pixels >= 60.0;                            // below, the lines run together
     const bool label_between = pixels * std::log10(2.0) >= spacing; // 1, 2, 5, 10
@@ -84,12 +84,12 @@ TTickValues Log10_Decade_Values(const TGraphAxis& axis, double spacing)
 
 TTickValues Tick_Values(const TGraphAxis& axis, double spacing, int decimals)
 {
-    const double low = axis.Value(axis.d_begin);
-    const double high = axis.Value(axis.d_end);
-    const double room = (high - low) * spacing / std::abs(axis.d_end - axis.d_begin);
+    const double low = axis.Value(axis.begin);
+    const double high = axis.Value(axis.end);
+    const double room = (high - low) * spacing / std::abs(axis.end - axis.begin);
     const double densest = std::max(room, 1e-14 * std::max(std::abs(low), std::abs(high)));
     TTickValues ticks;
-    if (!axis.d_logarithmic)
+    if (!axis.logarithmic)
         ticks = Linear_Values(low, high, densest, decimals);
     else if (axis.Decades() < 1.0)
         ticks = Log10_Part_Values(axis, low, high, densest, spacing);
@@ -130,17 +130,17 @@ int Longest(const std::vector<QString>& labels)
 // The labels of all ticks in one notation: fixed unless that is long and the other one clearly shorter.
 std::vector<QString> Labels(const TTickValues& ticks, int decimals)
 {
-    constexpr int long_label = 10;
-    constexpr int clearly = 3;
+    constexpr int LONG_LABEL = 10;
+    constexpr int CLEARLY = 3;
     std::vector<QString> fixed;
     for (const TTickValue& tick : ticks)
         fixed.push_back(tick.labelled ? Fixed_Label(tick, decimals) : QString());
-    if (Longest(fixed) <= long_label)
+    if (Longest(fixed) <= LONG_LABEL)
         return fixed;
     std::vector<QString> brief;
     for (const TTickValue& tick : ticks)
         brief.push_back(tick.labelled ? Short_Label(tick) : QString());
-    return Longest(brief) + clearly <= Longest(fixed) ? brief : fixed;
+    return Longest(brief) + CLEARLY <= Longest(fixed) ? brief : fixed;
 }
 
 } // namespace
@@ -174,7 +174,7 @@ TGraphLabelFormat Graph_Label_Format(const QString& text, int scale_type, double
 
 std::vector<TGraphTick> Graph_Ticks(const TGraphAxis& axis, const TGraphLabelFormat& format, double spacing)
 {
-    if (std::abs(axis.d_end - axis.d_begin) < 1.0)
+    if (std::abs(axis.end - axis.begin) < 1.0)
         return {};
     const TTickValues ticks = Tick_Values(axis, spacing, format.decimals);
     const std::vector<QString> labels = Labels(ticks, format.decimals);

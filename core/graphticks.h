@@ -6,7 +6,7 @@
 
 #include <vector>
 
-class TGraphAxis;
+struct TGraphAxis;
 
 /// How the numbers along one axis are written.
 struct TGraphLabelFormat

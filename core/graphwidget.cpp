@@ -17,8 +17,6 @@
 namespace
 {
 
-constexpr double DEFAULT_SCALE_MINIMUM = 5e-05;
-
 // Width and height of a box together. A drag of no more than this is an unsteady click.
 constexpr int LARGEST_CLICK = 19;
 
@@ -47,17 +45,16 @@ QRect Outline(const QRect& box)
             QPoint(std::max(box.left(), box.right()) + 1, std::max(box.top(), box.bottom()) + 1)};
 }
 
-void Measure_Cell(TGraphLabelFormat& format, const QPainter& painter)
+void Measure_Cell(TGraphLabelFormat* format, const QPainter& painter)
 {
-    format.cell = painter.fontMetrics().size(0, format.Label(-0.5)).expandedTo(QSize(1, 1));
+    format->cell = painter.fontMetrics().size(0, format->Label(-0.5)).expandedTo(QSize(1, 1));
 }
 
 } // namespace
 
 TGraphWidget::TGraphWidget(QWidget* parent, Qt::WindowFlags flags)
     : QWidget(parent, flags), d_vertical_title(tr("V Title")), d_horizontal_title(tr("H Title")),
-      d_graph_title(tr("Sample Graph")), d_cursor_position_text(Cursor_Text({0.0, 0.0})),
-      d_y_scale_minimum(DEFAULT_SCALE_MINIMUM)
+      d_graph_title(tr("Sample Graph")), d_cursor_position_text(Cursor_Text({0.0, 0.0}))
 {
     setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -70,21 +67,25 @@ int TGraphWidget::CreateDataSet(const QColor& color, TGraphType type)
     return static_cast<int>(d_data_sets.size()) - 1;
 }
 
-// Sets and points are numbered by int throughout.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wsign-conversion"
-
 const std::vector<TVector2>& TGraphWidget::Points_Of_Set(int set) const
 {
     assert(set < static_cast<int>(d_data_sets.size()));
-    return d_data_sets[set].dataset_points;
+    return d_data_sets[static_cast<size_t>(set)].dataset_points;
 }
 
 std::vector<TVector2>& TGraphWidget::Changing_Points(int set)
 {
     assert(set < static_cast<int>(d_data_sets.size()));
     d_range.reset();
-    return d_data_sets[set].dataset_points;
+    return d_data_sets[static_cast<size_t>(set)].dataset_points;
+}
+
+// The assertion speaks of the set as its callers do.
+std::ptrdiff_t TGraphWidget::Point_Offset(int set_number, int index) const
+{
+    const auto set = static_cast<size_t>(set_number);
+    assert(index < static_cast<int>(d_data_sets[set].dataset_points.size()));
+    return index;
 }
 
 bool TGraphWidget::AddPoint(int set, const TVector2& point)
@@ -109,16 +110,14 @@ bool TGraphWidget::SetPoints(int set, const std::vector<TVector2>& points)
 bool TGraphWidget::ModifyPoint(int set, int index, const TVector2& point)
 {
     std::vector<TVector2>& points = Changing_Points(set);
-    assert(index < static_cast<int>(d_data_sets[set].dataset_points.size()));
-    points[index] = point;
+    points.begin()[Point_Offset(set, index)] = point;
     return true;
 }
 
 bool TGraphWidget::DeletePoint(int set, int index)
 {
     std::vector<TVector2>& points = Changing_Points(set);
-    assert(index < static_cast<int>(d_data_sets[set].dataset_points.size()));
-    points.erase(points.begin() + index);
+    points.erase(points.begin() + Point_Offset(set, index));
     return true;
 }
 
@@ -145,8 +144,7 @@ void TGraphWidget::DeleteDataSets()
 TVector2 TGraphWidget::GetPoint(int set, int index) const
 {
     const std::vector<TVector2>& points = Points_Of_Set(set);
-    assert(index < static_cast<int>(d_data_sets[set].dataset_points.size()));
-    return points[index];
+    return points.begin()[Point_Offset(set, index)];
 }
 
 int TGraphWidget::DataSetSize(int set) const
@@ -154,11 +152,9 @@ int TGraphWidget::DataSetSize(int set) const
     return static_cast<int>(Points_Of_Set(set).size());
 }
 
-#pragma GCC diagnostic pop
-
 void TGraphWidget::SetScaleMinimumY(const double& minimum, bool symmetric)
 {
-    d_y_scale_minimum = minimum > 0.0 ? minimum : DEFAULT_SCALE_MINIMUM;
+    d_y_scale_minimum = minimum > 0.0 ? minimum : TGraphScaling::DEFAULT_Y_MINIMUM;
     d_y_scale_symmetric = symmetric;
 }
 
@@ -187,6 +183,11 @@ void TGraphWidget::UpdateGraph()
 
 void TGraphWidget::Update_Viewport_To_Data()
 {
+    Fit_To_Data(&d_view);
+}
+
+void TGraphWidget::Fit_To_Data(TView* view) const
+{
     TGraphScaling scaling;
     scaling.horizontal_type = d_horizontal_scale_type;
     scaling.vertical_type = d_vertical_scale_type;
@@ -195,42 +196,45 @@ void TGraphWidget::Update_Viewport_To_Data()
     scaling.y_symmetric = d_y_scale_symmetric;
     scaling.lock_aspect = d_lock_aspect;
     scaling.y_minimum = d_y_scale_minimum;
-    d_view.mapping.Fit_To_Data(Data_Range(), scaling, d_view.layout.graph);
+    view->mapping.Fit_To_Data(Data_Range(), scaling, view->layout.graph);
 }
 
 void TGraphWidget::Update_Viewport_To_Rect(const QRect& rect)
 {
-    d_view.mapping.Fit_To_Rect(rect);
+    d_view.mapping.Fit_To_Rect(rect, true);
 }
 
 void TGraphWidget::Calculate_Legend_Display_Precision(const QPainter& painter)
 {
-    const TVector2 low = d_view.mapping.Value(d_view.layout.graph.bottomLeft());
-    const TVector2 high = d_view.mapping.Value(d_view.layout.graph.topRight());
-    d_view.legend.horizontal =
-        Graph_Label_Format(QStringLiteral("  %1  "), d_horizontal_scale_type, low.x, high.x, 8);
-    d_view.legend.vertical =
-        Graph_Label_Format(QStringLiteral("  %1"), d_vertical_scale_type, low.y, high.y, 6);
-    Measure_Cell(d_view.legend.horizontal, painter);
-    Measure_Cell(d_view.legend.vertical, painter);
+    Choose_Label_Formats(painter, &d_view);
 }
 
-void TGraphWidget::Draw(QPainter& painter, const QSize& size)
+void TGraphWidget::Choose_Label_Formats(const QPainter& painter, TView* view) const
 {
-    const TView shown = d_view;
-    d_view.layout = Graph_Layout(size, painter.fontMetrics().height());
-    const bool never_shown = !shown.layout.widget.isValid();
-    if (d_direct_render || d_scale_to_fit || never_shown)
-        Update_Viewport_To_Data();
-    else
-        d_view.mapping = shown.mapping.Moved_To(d_view.layout.graph);
-    painter.fillRect(d_view.layout.widget, Qt::white);
-    Draw_Legend(painter);
-    Draw_Data(painter);
-    d_view = shown;
+    const TVector2 low = view->mapping.Value(view->layout.graph.bottomLeft());
+    const TVector2 high = view->mapping.Value(view->layout.graph.topRight());
+    TGraphLegend& legend = view->legend;
+    legend.horizontal =
+        Graph_Label_Format(QStringLiteral("  %1  "), d_horizontal_scale_type, low.x, high.x, 8);
+    legend.vertical = Graph_Label_Format(QStringLiteral("  %1"), d_vertical_scale_type, low.y, high.y, 6);
+    Measure_Cell(&legend.horizontal, painter);
+    Measure_Cell(&legend.vertical, painter);
 }
 
-bool TGraphWidget::Paint_To(QPaintDevice* device)
+// Draws the present view as a picture of that size at the origin of the painter.
+void TGraphWidget::Draw(QPainter* painter, const QSize& size) const
+{
+    TView view;
+    view.layout = Graph_Layout(size, painter->fontMetrics().height());
+    const bool never_shown = !d_view.layout.widget.isValid();
+    if (d_direct_render || d_scale_to_fit || never_shown)
+        Fit_To_Data(&view);
+    else
+        view.mapping = d_view.mapping.Moved_To(view.layout.graph);
+    Draw_View(painter, view.layout.widget, &view);
+}
+
+bool TGraphWidget::Paint_To(QPaintDevice* device) const
 {
     QPainter painter;
     if (!painter.begin(device))
@@ -246,22 +250,21 @@ bool TGraphWidget::Paint_To(QPaintDevice* device)
     if (room.isEmpty())
         room = size();
     painter.scale(scale, scale);
-    Draw(painter, room);
+    Draw(&painter, room);
     return painter.end();
 }
 
 bool TGraphWidget::GenerateRGBColor(int index, int* red, int* green, int* blue)
 {
-    static constexpr int color_intensity_table[]{255, 128, 192, 64,  160, 224, 96, 32, 144,
-                                                 112, 176, 80,  208, 48,  240, 16, 0};
-    static constexpr int enable_color_table[6][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1},
-                                                     {1, 1, 0}, {0, 1, 1}, {1, 0, 1}};
+    static constexpr int INTENSITIES[]{255, 128, 192, 64,  160, 224, 96, 32, 144,
+                                       112, 176, 80,  208, 48,  240, 16, 0};
+    static constexpr int ENABLED[6][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 1, 0}, {0, 1, 1}, {1, 0, 1}};
     if (index < 0 || index > 96) {
         *red = *green = *blue = 0;
         return false;
     }
-    const int intensity = color_intensity_table[index / 6];
-    const int* enabled = enable_color_table[index % 6];
+    const int intensity = INTENSITIES[index / 6];
+    const int* enabled = ENABLED[index % 6];
     *red = enabled[0] * intensity;
     *green = enabled[1] * intensity / 2; // a full green is hard to see on white
     *blue = enabled[2] * intensity;
@@ -382,16 +385,14 @@ void TGraphWidget::paintEvent(QPaintEvent* event)
     }
     QPainter painter(this);
     if (d_direct_render) {
-        painter.fillRect(rect(), Qt::white);
         Update_Viewport_To_Data();
-        Draw_Legend(painter);
-        Draw_Data(painter);
+        Draw_View(&painter, rect(), &d_view);
     } else {
         painter.drawPixmap(0, 0, d_background);
-        Draw_Left_Down_Box(painter);
+        Draw_Left_Down_Box(&painter);
     }
     if (d_show_cursor_position)
-        Draw_Cursor_Text(painter);
+        Draw_Cursor_Text(&painter);
 }
 
 void TGraphWidget::resizeEvent(QResizeEvent*)
@@ -408,7 +409,7 @@ void TGraphWidget::changeEvent(QEvent* event)
     }
 }
 
-const TGraphRange& TGraphWidget::Data_Range()
+const TGraphRange& TGraphWidget::Data_Range() const
 {
     if (!d_range) {
         d_range.emplace();
@@ -438,7 +439,7 @@ void TGraphWidget::Zoom_Background_Pixmap(const QRect& rect)
 {
     if (d_background.isNull())
         return;
-    d_view.mapping.Zoom_To(rect);
+    d_view.mapping.Fit_To_Rect(rect, false);
     Render_Background();
 }
 
@@ -447,11 +448,9 @@ void TGraphWidget::Render_Background()
     // Up to the last pixel of the device, of which the widget may cover but a part.
     d_background = QPixmap(qCeil(width() * devicePixelRatioF()), qCeil(height() * devicePixelRatioF()));
     d_background.setDevicePixelRatio(devicePixelRatioF());
-    d_background.fill(Qt::white);
     QPainter painter(&d_background);
     painter.setFont(font());
-    Draw_Legend(painter);
-    Draw_Data(painter);
+    Draw_View(&painter, rect().adjusted(0, 0, 1, 1), &d_view);
 }
 
 void TGraphWidget::Answer_Requests()
@@ -468,49 +467,57 @@ void TGraphWidget::Answer_Requests()
 }
 
 // Room for the longest of the texts at the corners of the view, but at most half of the width.
-int TGraphWidget::Cursor_Text_Width(const QPainter& painter) const
+int TGraphWidget::Cursor_Text_Width(const QPainter& painter, const TView& view) const
 {
     const auto longer = [](double a, double b) {
         return Fixed(a, 5).length() < Fixed(b, 5).length() ? b : a;
     };
-    const TVector2 low = d_view.mapping.Value(d_view.layout.graph.bottomLeft());
-    const TVector2 high = d_view.mapping.Value(d_view.layout.graph.topRight());
+    const TVector2 low = view.mapping.Value(view.layout.graph.bottomLeft());
+    const TVector2 high = view.mapping.Value(view.layout.graph.topRight());
     const QString text = Cursor_Text({longer(low.x, high.x), longer(low.y, high.y)});
     const int width = painter.fontMetrics().horizontalAdvance(QStringLiteral("  %1  ").arg(text));
-    return std::min(width, d_view.layout.widget.width() / 2);
+    return std::min(width, view.layout.widget.width() / 2);
 }
 
-void TGraphWidget::Draw_Legend(QPainter& painter)
+// Fills the area and draws the view into it.
+void TGraphWidget::Draw_View(QPainter* painter, const QRect& area, TView* view) const
 {
-    Calculate_Legend_Display_Precision(painter);
-    TGraphLegend& legend = d_view.legend;
+    painter->fillRect(area, Qt::white);
+    Draw_Legend(painter, view);
+    Draw_Data(painter, *view);
+}
+
+void TGraphWidget::Draw_Legend(QPainter* painter, TView* view) const
+{
+    Choose_Label_Formats(*painter, view);
+    TGraphLegend& legend = view->legend;
     legend.vertical_title = d_vertical_title;
     legend.horizontal_title = d_horizontal_title;
     legend.graph_title = d_graph_title;
-    legend.empty = Data_Range().d_empty;
+    legend.empty = Data_Range().empty;
     legend.empty_text = d_empty_text;
-    legend.cursor_text_width = d_show_cursor_position ? Cursor_Text_Width(painter) : 0;
-    Draw_Graph_Legend(painter, d_view.layout, d_view.mapping, legend);
+    legend.cursor_text_width = d_show_cursor_position ? Cursor_Text_Width(*painter, *view) : 0;
+    Draw_Graph_Legend(painter, view->layout, view->mapping, legend, &d_texts);
 }
 
-void TGraphWidget::Draw_Data(QPainter& painter) const
+void TGraphWidget::Draw_Data(QPainter* painter, const TView& view) const
 {
-    if (!d_view.layout.graph.isValid())
+    if (!view.layout.graph.isValid())
         return;
-    painter.save();
-    painter.setClipRect(d_view.layout.graph, Qt::IntersectClip);
+    painter->save();
+    painter->setClipRect(view.layout.graph, Qt::IntersectClip);
     for (const TDataSet& set : d_data_sets)
-        Draw_Data_Set(painter, set);
-    painter.restore();
+        Draw_Data_Set(painter, view, set);
+    painter->restore();
 }
 
-void TGraphWidget::Draw_Data_Set(QPainter& painter, const TDataSet& set) const
+void TGraphWidget::Draw_Data_Set(QPainter* painter, const TView& view, const TDataSet& set) const
 {
     const std::vector<TVector2>& points = set.dataset_points;
     if (points.empty())
         return;
-    const QRect& graph = d_view.layout.graph;
-    TGraphPainter graph_painter(painter, d_view.mapping, graph, set.dataset_color);
+    const QRect& graph = view.layout.graph;
+    TGraphPainter graph_painter(painter, view.mapping, graph, set.dataset_color);
     switch (Resolved_Type(set.dataset_type, d_default_graph_type)) {
     case GRAPH_LINE:
         graph_painter.Draw_Line(points);
@@ -532,17 +539,17 @@ void TGraphWidget::Draw_Data_Set(QPainter& painter, const TDataSet& set) const
     }
 }
 
-void TGraphWidget::Draw_Cursor_Text(QPainter& painter) const
+void TGraphWidget::Draw_Cursor_Text(QPainter* painter) const
 {
     if (!d_view.layout.graph.isValid())
         return;
-    const int margin = painter.fontMetrics().horizontalAdvance(QStringLiteral("  "));
+    const int margin = painter->fontMetrics().horizontalAdvance(QStringLiteral("  "));
     const QRect& row = d_view.layout.horizontal_title;
     const QRect room(margin, row.top(), d_view.legend.cursor_text_width - 2 * margin, row.height());
     Draw_Fitted_Text(painter, room, Qt::AlignLeft | Qt::AlignVCenter, d_cursor_position_text);
 }
 
-void TGraphWidget::Draw_Left_Down_Box(QPainter& painter) const
+void TGraphWidget::Draw_Left_Down_Box(QPainter* painter) const
 {
     if (!d_left_down_box_visible || !d_left_down_box_active)
         return;
@@ -550,10 +557,10 @@ void TGraphWidget::Draw_Left_Down_Box(QPainter& painter) const
     const QRect box = Outline(d_left_down_box);
     for (int x = box.left(); x <= box.right(); x += 6) {
         for (const int y : {box.top(), box.bottom()})
-            painter.fillRect(x, y, std::min(4, box.right() - x + 1), 1, Qt::black);
+            painter->fillRect(x, y, std::min(4, box.right() - x + 1), 1, Qt::black);
     }
     for (int y = box.top(); y <= box.bottom(); y += 6) {
         for (const int x : {box.left(), box.right()})
-            painter.fillRect(x, y, 1, std::min(4, box.bottom() - y + 1), Qt::black);
+            painter->fillRect(x, y, 1, std::min(4, box.bottom() - y + 1), Qt::black);
     }
 }

@@ -10,6 +10,7 @@
 #include <QString>
 #include <QWidget>
 
+#include <cstddef>
 #include <limits>
 #include <optional>
 #include <vector>
@@ -43,28 +44,7 @@ public:
         TGraphType dataset_type{GRAPH_DEFAULT};
     };
 
-    QString d_vertical_title;
-    QString d_horizontal_title;
-    QString d_graph_title;
-
-    int d_default_graph_type{GRAPH_LINE};            ///< a TGraphType
-    int d_horizontal_scale_type{GRAPH_SCALE_MARGIN}; ///< a TGraphScale
-    int d_vertical_scale_type{GRAPH_SCALE_MARGIN};   ///< a TGraphScale
-
-    /// Every paint shows all the data and zooming shows no effect. Otherwise legend and data are kept in a
-    /// picture that is painted from.
-    bool d_direct_render{false};
-
-    bool d_lock_aspect{false};         ///< as many data units per pixel on both axes
-    bool d_show_cursor_position{true}; ///< show the data coordinates under the pointer
-
-    /// What a graph without any point says in place of its numbers.
-    QString d_empty_text;
-
-    /// No bar is wider than this, data units. The distance of evenly spaced points keeps their bars apart.
-    double d_largest_bar_width{std::numeric_limits<double>::infinity()};
-
-    explicit TGraphWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+    explicit TGraphWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
 
     /// @name Data
     /// Sets and points are addressed by their positions from 0; one past the end is a programming error
@@ -135,17 +115,35 @@ public:
     const TGraphLabelFormat& Horizontal_Label_Format() const { return d_view.legend.horizontal; }
     const TGraphLabelFormat& Vertical_Label_Format() const { return d_view.legend.vertical; }
 
-    /// Draws the present view as a picture of `size` pixels at the origin of `painter`.
-    void Draw(QPainter& painter, const QSize& size);
-
     /// Draws the present view over all of `device` (picture, image, SVG, PDF): letters and lines are as large
     /// as on the screen, whatever the resolution and the pixel ratio of the device. One that has no size of
     /// its own gets the size of the widget. False where the device cannot be painted on.
-    bool Paint_To(QPaintDevice* device);
+    bool Paint_To(QPaintDevice* device) const;
 
     /// The `index`-th of 96 colours that tell data sets apart, counted from 0. The 97th is black; beyond, it
     /// is black and false is returned.
     static bool GenerateRGBColor(int index, int* red, int* green, int* blue);
+
+    QString d_vertical_title;
+    QString d_horizontal_title;
+    QString d_graph_title;
+
+    int d_default_graph_type{GRAPH_LINE};            ///< a TGraphType
+    int d_horizontal_scale_type{GRAPH_SCALE_MARGIN}; ///< a TGraphScale
+    int d_vertical_scale_type{GRAPH_SCALE_MARGIN};   ///< a TGraphScale
+
+    /// Every paint shows all the data and zooming shows no effect. Otherwise legend and data are kept in a
+    /// picture that is painted from.
+    bool d_direct_render{false};
+
+    bool d_lock_aspect{false};         ///< as many data units per pixel on both axes
+    bool d_show_cursor_position{true}; ///< show the data coordinates under the pointer
+
+    /// What a graph without any point says in place of its numbers.
+    QString d_empty_text;
+
+    /// No bar is wider than this, data units. The distance of evenly spaced points keeps their bars apart.
+    double d_largest_bar_width{std::numeric_limits<double>::infinity()};
 
 signals:
     /// A click with the left button at a point in data units. So is a drag too short for a box.
@@ -168,34 +166,16 @@ private:
         TGraphLegend legend;
     };
 
-    std::vector<TDataSet> d_data_sets;
-    std::optional<TGraphRange> d_range; // extent of the data, unknown after a change
-    TView d_view;
-    QPixmap d_background; // legend and data as last drawn
-    QString d_cursor_position_text;
-
-    /// From the corner where the drag started to the pointer. While panning its first corner is the last
-    /// position of the pointer.
-    QRect d_left_down_box;
-    bool d_left_down_box_visible{false};
-    bool d_left_button_down{false};
-    bool d_left_down_box_active{false}; ///< the pointer has moved since the press
-    bool d_right_button_down{false};
-    bool d_right_button_dragged{false};
-
-    bool d_y_includes_zero{true};
-    bool d_y_scale_symmetric{true};
-    double d_y_scale_minimum{5e-05};
-    bool d_scale_to_fit{false};
-    bool d_zoom_out{false};
-
-    const TGraphAxis& X_Axis() const { return d_view.mapping.d_horizontal; }
-    const TGraphAxis& Y_Axis() const { return d_view.mapping.d_vertical; }
+    const TGraphAxis& X_Axis() const { return d_view.mapping.horizontal; }
+    const TGraphAxis& Y_Axis() const { return d_view.mapping.vertical; }
 
     const std::vector<TVector2>& Points_Of_Set(int set) const;
     std::vector<TVector2>& Changing_Points(int set);
+    std::ptrdiff_t Point_Offset(int set_number, int index) const;
 
-    const TGraphRange& Data_Range();
+    const TGraphRange& Data_Range() const;
+    void Fit_To_Data(TView* view) const;
+    void Choose_Label_Formats(const QPainter& painter, TView* view) const;
 
     void Update_Layout();
     void Draw_Background_Pixmap();
@@ -208,10 +188,34 @@ private:
     void Hover(const QPoint& pointer);
     void Release_Left(const QPoint& pointer);
 
-    int Cursor_Text_Width(const QPainter& painter) const;
-    void Draw_Legend(QPainter& painter);
-    void Draw_Data(QPainter& painter) const;
-    void Draw_Data_Set(QPainter& painter, const TDataSet& set) const;
-    void Draw_Cursor_Text(QPainter& painter) const;
-    void Draw_Left_Down_Box(QPainter& painter) const;
+    int Cursor_Text_Width(const QPainter& painter, const TView& view) const;
+    void Draw(QPainter* painter, const QSize& size) const;
+    void Draw_View(QPainter* painter, const QRect& area, TView* view) const;
+    void Draw_Legend(QPainter* painter, TView* view) const;
+    void Draw_Data(QPainter* painter, const TView& view) const;
+    void Draw_Data_Set(QPainter* painter, const TView& view, const TDataSet& set) const;
+    void Draw_Cursor_Text(QPainter* painter) const;
+    void Draw_Left_Down_Box(QPainter* painter) const;
+
+    std::vector<TDataSet> d_data_sets;
+    mutable std::optional<TGraphRange> d_range; // extent of the data, unknown after a change
+    TView d_view;
+    mutable TGraphTexts d_texts;
+    QPixmap d_background; // legend and data as last drawn
+    QString d_cursor_position_text;
+
+    // From the corner where the drag started to the pointer. While panning its first corner is the last
+    // position of the pointer.
+    QRect d_left_down_box;
+    bool d_left_down_box_visible{false};
+    bool d_left_button_down{false};
+    bool d_left_down_box_active{false}; // the pointer has moved since the press
+    bool d_right_button_down{false};
+    bool d_right_button_dragged{false};
+
+    bool d_y_includes_zero{true};
+    bool d_y_scale_symmetric{true};
+    double d_y_scale_minimum{TGraphScaling::DEFAULT_Y_MINIMUM};
+    bool d_scale_to_fit{false};
+    bool d_zoom_out{false};
 };

@@ -5,6 +5,22 @@
 #include <cassert>
 #include <cmath>
 
+namespace
+{
+
+TMat4 Rotation(const TVector3& first_row, const TVector3& second_row, const TVector3& third_row)
+{
+    TMat4 rotation;
+    int element = 0;
+    for (const TVector3& row : {first_row, second_row, third_row}) {
+        std::copy_n(&row.x, 3, rotation.Data() + element);
+        element += 4;
+    }
+    return rotation;
+}
+
+} // namespace
+
 TMat4::TMat4()
 {
     Identity();
@@ -73,35 +89,19 @@ TMat4 TMat4::operator*=(const TMat4& other)
     return *this;
 }
 
+// By the formula of Rodrigues.
 void TMat4::Rotate(const TVector3& axis, const double& angle)
 {
-    const double x = axis.x;
-    const double y = axis.y;
-    const double z = axis.z;
+    const auto& [x, y, z] = axis;
     const double c = std::cos(angle);
     const double s = std::sin(angle);
     const double t = 1.0 - c;
-    const double rotation[16] = {
-        x * x * t + c,
-        x * y * t + z * s,
-        x * z * t - y * s,
-        0.0, //
-        x * y * t - z * s,
-        y * y * t + c,
-        y * z * t + x * s,
-        0.0, //
-        x * z * t + y * s,
-        y * z * t - x * s,
-        z * z * t + c,
-        0.0, //
-        0.0,
-        0.0,
-        0.0,
-        1.0,
-    };
-    *this *= TMat4(rotation);
+    *this *= Rotation({x * x * t + c, x * y * t + z * s, x * z * t - y * s},
+                      {x * y * t - z * s, y * y * t + c, y * z * t + x * s},
+                      {x * z * t + y * s, y * z * t - x * s, z * z * t + c});
 }
 
+// By the Euler angles of the sequence Z-X-Z.
 void TMat4::Rotate(const double& a, const double& b, const double& c)
 {
     const double ca = std::cos(a);
@@ -110,25 +110,9 @@ void TMat4::Rotate(const double& a, const double& b, const double& c)
     const double sb = std::sin(b);
     const double cc = std::cos(c);
     const double sc = std::sin(c);
-    const double rotation[16] = {
-        cb * cc - ca * sb * sc,
-        sb * cc + ca * cb * sc,
-        sa * sc,
-        0.0, //
-        -cb * sc - ca * sb * cc,
-        ca * cb * cc - sb * sc,
-        sa * cc,
-        0.0, //
-        sa * sb,
-        -sa * cb,
-        ca,
-        0.0, //
-        0.0,
-        0.0,
-        0.0,
-        1.0,
-    };
-    *this *= TMat4(rotation);
+    *this *= Rotation({cb * cc - ca * sb * sc, sb * cc + ca * cb * sc, sa * sc},
+                      {-cb * sc - ca * sb * cc, ca * cb * cc - sb * sc, sa * cc}, //
+                      {sa * sb, -sa * cb, ca});
 }
 
 TMat4 operator*(const TMat4& a, const TMat4& b)

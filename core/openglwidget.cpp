@@ -52,7 +52,7 @@ int TOpenGLWidget::Get_OpenGL_Version_Major(QString* version_text, QString* exte
     *version_text = GL_Text(&context, GL_VERSION);
     *extensions_text = GL_Text(&context, GL_EXTENSIONS);
     context.doneCurrent();
-    return version_text->simplified().section(' ', 0, 0).section('.', 0, 0).toInt();
+    return version_text->simplified().section(QLatin1Char(' '), 0, 0).section(QLatin1Char('.'), 0, 0).toInt();
 }
 
 void TOpenGLWidget::Convert_To_GLViewport(short* x, short* y)
@@ -112,7 +112,7 @@ void TOpenGLWidget::Set_Rotation_Center()
 
 void TOpenGLWidget::Rotate_Model(const TVector3& axis, const double& angle)
 {
-    if (!(Length(axis) >= 1e-6) || !Make_Current())
+    if (!(axis.Length() >= 1e-6) || !Make_Current())
         return;
     TVector3 unit_axis(axis);
     TMat4 model = Read_Camera().model;
@@ -301,13 +301,13 @@ void TOpenGLWidget::initializeGL()
     glDepthRange(0.0, 1.0);
     glPixelTransferf(GL_DEPTH_BIAS, 0.0F);
     glPixelTransferf(GL_DEPTH_SCALE, 1.0F);
-    if (d_Initialised) {
+    if (d_initialised) {
         d_FitRequested = true; // a move to another window: a new view of the scene in the owner's drag mode
         return;
     }
     d_PanMode = true;
     d_Rotate2dMode = d_Rotate3dMode = false;
-    d_Initialised = true;
+    d_initialised = true;
 }
 
 void TOpenGLWidget::resizeGL(int width, int height)

@@ -78,6 +78,13 @@ public:
     virtual void GLResize(int /*width*/, int /*height*/) {}
     virtual void GLRender() {}
 
+    bool d_FitRequested{true}; ///< fit the scene in the next paint
+
+    /// What a right drag does: the owner sets exactly one.
+    bool d_PanMode{false};
+    bool d_Rotate2dMode{false};
+    bool d_Rotate3dMode{false};
+
 signals:
     /// A click on something drawn: the model point and the identifier of its item, -1 for none.
     void Model_Click_Point(const double& x, const double& y, const double& z, int item);
@@ -116,19 +123,8 @@ protected:
     int d_HalfWidth{0};
     int d_HalfHeight{0};
     TVector3 d_RotationCenter; ///< negated model point
-public:
-    bool d_FitRequested{true}; ///< fit the scene in the next paint
-protected:
     bool d_FitActive{false};
     bool d_FitFirstVertex{false};
-
-public:
-    /// What a right drag does: the owner sets exactly one.
-    bool d_PanMode{false};
-    bool d_Rotate2dMode{false};
-    bool d_Rotate3dMode{false};
-
-protected:
     std::vector<TSelectionItemType> d_SelectionItems;
 
 private:
@@ -144,5 +140,5 @@ private:
     void Drag_Rubber_Band(const QPoint& position);
     void Note_Modifier_Key(int key, bool down);
 
-    bool d_Initialised{false};
+    bool d_initialised{false};
 };

@@ -16,9 +16,9 @@ void TSelectionItem::Repair_Directions()
 {
     TVector3* const directions[] = {&first_direction, &second_direction, &third_direction};
     const TVector3 diagonal = second_point - first_point;
-    bool usable = Length(diagonal) > SMALLEST_LENGTH;
+    bool usable = diagonal.Length() > SMALLEST_LENGTH;
     for (const TVector3* direction : directions)
-        usable = usable && Length(*direction) > SMALLEST_LENGTH;
+        usable = usable && direction->Length() > SMALLEST_LENGTH;
 
     for (int i = 0; i < 3; ++i) {
         TVector3& direction = *directions[i];
@@ -43,11 +43,11 @@ bool TSelectionItem::Is_Inside_Box(const TVector3& point) const
 double TSelectionItem::Distance_From_Segment(const TVector3& point) const
 {
     const TVector3 axis = second_point - first_point;
-    const double length = Length(axis);
+    const double length = axis.Length();
     if (!(length > SMALLEST_LENGTH && length < UNREACHABLE) ||
         !Is_Between_Planes(point, first_point, second_point, axis))
         return UNREACHABLE;
-    return Length((point - (first_point + second_point) / 2.0) * (axis / length));
+    return ((point - (first_point + second_point) / 2.0) * (axis / length)).Length();
 }
 
 bool Is_Between_Planes(const TVector3& point, const TVector3& a, const TVector3& b, const TVector3& direction)

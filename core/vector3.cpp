@@ -25,9 +25,14 @@ double& TVector3::operator()(int index)
     }
 }
 
+double TVector3::Length() const
+{
+    return std::sqrt(*this ^ *this);
+}
+
 TVector3& TVector3::Normal()
 {
-    const double Length = std::sqrt(*this ^ *this);
+    const double Length = this->Length();
     assert(Length > std::numeric_limits<double>::epsilon());
     x /= Length;
     y /= Length;
@@ -35,7 +40,7 @@ TVector3& TVector3::Normal()
     return *this;
 }
 
-TVector3& TVector3::operator*=(TVector3 const& o)
+TVector3& TVector3::operator*=(const TVector3& o)
 {
     if (this != &o)
         *this = {y * o.z - z * o.y, z * o.x - x * o.z, x * o.y - y * o.x};
@@ -107,9 +112,4 @@ TVector3 operator-(const TVector3& v, const double& d)
 TVector3 operator-(const double& d, const TVector3& v)
 {
     return v - d;
-}
-
-double Length(const TVector3& v)
-{
-    return std::sqrt(v ^ v);
 }

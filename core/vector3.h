@@ -19,11 +19,14 @@ public:
     double operator()(int index) const;
     double& operator()(int index);
 
-    /// Divides the vector in place by its Euclidean length, which must exceed the double epsilon (assertion).
+    /// The Euclidean length.
+    double Length() const;
+
+    /// Divides the vector in place by its length, which must exceed the double epsilon (assertion).
     TVector3& Normal();
 
     /// Replaces this vector by the cross product this x o. A vector multiplied by itself stays unchanged.
-    TVector3& operator*=(TVector3 const& o);
+    TVector3& operator*=(const TVector3& o);
 
     /// Divides each component by d, which must exceed the double epsilon: a negative divisor fails too.
     TVector3& operator/=(const double& d);
@@ -46,6 +49,3 @@ TVector3 operator-(const TVector3& v, const double& d);
 
 /// The same as v - d: the scalar is taken from every component whichever side it stands on.
 TVector3 operator-(const double& d, const TVector3& v);
-
-/// Euclidean length of v.
-double Length(const TVector3& v);

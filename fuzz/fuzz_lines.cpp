@@ -9,7 +9,7 @@
 namespace
 {
 
-using Backup_File::TRecord;
+using Backup::TRecord;
 
 bool Is_Same(const Types::TBallbar_Item& a, const Backup_Model::TPosition& b)
 {
@@ -20,7 +20,7 @@ bool Is_Same(const Types::TBallbar_Item& a, const Backup_Model::TPosition& b)
 
 bool Is_As_Modelled(const QByteArray& line)
 {
-    const TRecord record = Backup_File::Read_Line(line);
+    const TRecord record = Backup::Read_Line(line);
     const QString text = Backup_Model::Text(line);
     Backup_Model::TPosition position;
     if (Backup_Model::Is_Header(text))
@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const QByteArray content(reinterpret_cast<const char*>(bytes), static_cast<int>(size));
     int position = 0;
     for (const QByteArray& line : content.split('\n')) {
-        if (!Is_As_Modelled(line) || Backup_File::Next_Line(content, &position) != line)
+        if (!Is_As_Modelled(line) || Backup::Next_Line(content, &position) != line)
             std::abort();
     }
     return 0;

@@ -102,7 +102,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     if (size > 0 && bytes[0] != 'K') // most files shall be backups
         content.prepend("Kelvora_Data:Version=1:Type=Backup\n");
     Backup_Model::Read(content, &state.sets);
-    Backup_Transfer::Read(content, &state.database, [](int, int) {});
+    BackupTransfer::Read(content, &state.database, [](int, int) {});
     Compare(state.sets);
     return 0;
 }

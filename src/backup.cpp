@@ -15,26 +15,26 @@ const QLatin1String DATE_KEY("Entry_Date:");
 const QLatin1String TIME_KEY("Entry_Time:");
 const QLatin1String POSITION_KEY("Entry:");
 constexpr int FIELD_COUNT = 12;
-constexpr int LONGEST_LINE = 100000000; // a text of the largest file in one line would find no memory
+constexpr int LONGEST_LINE = 100000000; // bytes; the memory may not suffice for the text of a longer one
 
 QByteArray Key_Line(const QString& key, const QString& text)
 {
-    return (key + text + '\n').toUtf8();
+    return (key + text + QLatin1Char('\n')).toUtf8();
 }
 
 void Append_Position_Line(QString* lines, const Types::TBallbar_Item& position)
 {
     *lines += POSITION_KEY + position.name;
     for (const double* number : Stored_Numbers(position)) {
-        *lines += ',';
+        *lines += QLatin1Char(',');
         Append_Fixed(lines, *number, 5);
     }
-    *lines += '\n';
+    *lines += QLatin1Char('\n');
 }
 
-// A line without blanks at its ends; without its size it would end at its first NUL. What SQLite does not
-// give back as it was stored becomes what bytes that are no UTF-8 become, or the set would not be found
-// again.
+// The text of a line without blanks at its ends. Its size is given, or it would end at its first NUL. SQLite
+// does not give NUL and the two non-characters back as they were stored, and a set under such a key would not
+// be found again: they become U+FFFD, as bytes do that are no UTF-8.
 QString Text_Of(const QByteArray& line)
 {
     QString text = QString::fromUtf8(line.constData(), line.size()).simplified();
@@ -46,7 +46,7 @@ QString Text_Of(const QByteArray& line)
 // The counterpart of Append_Position_Line(): `fields` is its text after the key.
 Types::TBallbar_Item Position_Of(const QString& fields)
 {
-    const QVector<QStringRef> parts = fields.splitRef(',');
+    const QVector<QStringRef> parts = fields.splitRef(QLatin1Char(','));
     Types::TBallbar_Item position;
     position.name = parts[0].toString();
     int field = 0;
@@ -57,22 +57,22 @@ Types::TBallbar_Item Position_Of(const QString& fields)
 
 } // namespace
 
-QByteArray Backup_File::Header_Line()
+QByteArray Backup::Header_Line()
 {
-    return Key_Line(HEADER, "");
+    return Key_Line(HEADER, QString());
 }
 
-QByteArray Backup_File::Date_Line(const QString& date)
+QByteArray Backup::Date_Line(const QString& date)
 {
     return Key_Line(DATE_KEY, date);
 }
 
-QByteArray Backup_File::Time_Line(const QString& time)
+QByteArray Backup::Time_Line(const QString& time)
 {
     return Key_Line(TIME_KEY, time);
 }
 
-QByteArray Backup_File::Position_Lines(const TDatabaseItem& item)
+QByteArray Backup::Position_Lines(const TDatabaseItem& item)
 {
     QString lines;
     for (const Types::TBallbar_Item& position : item.Ballbar_Items())
@@ -80,7 +80,7 @@ QByteArray Backup_File::Position_Lines(const TDatabaseItem& item)
     return lines.toUtf8();
 }
 
-Backup_File::TRecord Backup_File::Read_Line(const QByteArray& line)
+Backup::TRecord Backup::Read_Line(const QByteArray& line)
 {
     if (line.size() > LONGEST_LINE)
         return {};
@@ -93,12 +93,12 @@ Backup_File::TRecord Backup_File::Read_Line(const QByteArray& line)
     if (text.startsWith(TIME_KEY))
         return {TRecord::TIME, after(TIME_KEY), {}};
     // Counted before splitting: a damaged line may hold millions of commas.
-    if (text.startsWith(POSITION_KEY) && text.count(',') == FIELD_COUNT - 1)
+    if (text.startsWith(POSITION_KEY) && text.count(QLatin1Char(',')) == FIELD_COUNT - 1)
         return {TRecord::POSITION, {}, Position_Of(after(POSITION_KEY))};
     return {};
 }
 
-QByteArray Backup_File::Next_Line(const QByteArray& content, int* position)
+QByteArray Backup::Next_Line(const QByteArray& content, int* position)
 {
     const int begin = *position;
     const int newline = content.indexOf('\n', begin);
@@ -107,13 +107,13 @@ QByteArray Backup_File::Next_Line(const QByteArray& content, int* position)
     return content.mid(begin, end - begin);
 }
 
-QStringList Backup_File::Summary_Titles()
+QStringList Backup::Summary_Titles()
 {
-    return {"Date",        "Time",          "Min Length", "Max Length",
-            "Mean_Length", "Median Length", "Est. Range", "Range"};
+    return QStringLiteral("Date,Time,Min Length,Max Length,Mean_Length,Median Length,Est. Range,Range")
+        .split(QLatin1Char(','));
 }
 
-QByteArray Backup_File::Summary_Line(const QStringList& cells)
+QByteArray Backup::Summary_Line(const QStringList& cells)
 {
-    return ('"' + cells.join("\",\"") + "\"\n").toUtf8();
+    return QStringLiteral("\"%1\"\n").arg(cells.join(QLatin1String("\",\""))).toUtf8();
 }

@@ -7,7 +7,7 @@
 #include <QStringList>
 
 /// The lines of backup files and of the summary export. What is written is UTF-8 and ends with one newline.
-namespace Backup_File
+namespace Backup
 {
 
 QByteArray Header_Line();
@@ -47,4 +47,4 @@ QStringList Summary_Titles();
 /// A line of the exported summary: each cell in double quotes, separated by commas.
 QByteArray Summary_Line(const QStringList& cells);
 
-} // namespace Backup_File
+} // namespace Backup

@@ -6,8 +6,8 @@
 
 #include <QIODevice>
 
-using Backup_File::TRecord;
-using Backup_Transfer::TOutcome;
+using Backup::TRecord;
+using BackupTransfer::TOutcome;
 
 namespace
 {
@@ -22,14 +22,14 @@ void Leave_Out(TOutcome* outcome, const TDatabase& database)
 // Writes all sets of a date. Returns false where not even their times can be read.
 bool Write_Date(const TDatabase& database, const QString& date, QIODevice* file, TOutcome* outcome)
 {
-    file->write(Backup_File::Date_Line(date));
+    file->write(Backup::Date_Line(date));
     bool times_valid = false;
     const QStringList times = database.Time_List(date, &times_valid);
     for (const QString& time : times) {
         bool valid = false;
         const TDatabaseItem item = database.Database_Item(date, time, &valid);
         if (valid)
-            file->write(Backup_File::Time_Line(time) + Backup_File::Position_Lines(item));
+            file->write(Backup::Time_Line(time) + Backup::Position_Lines(item));
         else
             Leave_Out(outcome, database);
     }
@@ -48,12 +48,12 @@ void Store_And_Clear(TDatabaseItem* item, TDatabase* database, TOutcome* outcome
 
 // Stores the sets of a backup file from `position` on.
 void Read_Sets(const QByteArray& content, int position, TDatabase* database,
-               const Backup_Transfer::TProgress& progress, TOutcome* outcome)
+               const BackupTransfer::TProgress& progress, TOutcome* outcome)
 {
     TDatabaseItem pending;
     progress(position, content.size());
     while (position < content.size()) {
-        const TRecord record = Backup_File::Read_Line(Backup_File::Next_Line(content, &position));
+        const TRecord record = Backup::Read_Line(Backup::Next_Line(content, &position));
         if (record.kind == TRecord::POSITION) {
             pending.Add_Ballbar(record.position);
         } else if (record.kind == TRecord::DATE) {
@@ -70,7 +70,7 @@ void Read_Sets(const QByteArray& content, int position, TDatabase* database,
 
 } // namespace
 
-TOutcome Backup_Transfer::Write(TDatabase* database, QIODevice* file, const TProgress& progress)
+TOutcome BackupTransfer::Write(TDatabase* database, QIODevice* file, const TProgress& progress)
 {
     TOutcome outcome;
     const TDatabase::TReading reading(database);
@@ -79,7 +79,7 @@ TOutcome Backup_Transfer::Write(TDatabase* database, QIODevice* file, const TPro
     if (!valid)
         return {TOutcome::REFUSED, 0, database->Last_Error()};
     if (!dates.isEmpty())
-        file->write(Backup_File::Header_Line());
+        file->write(Backup::Header_Line());
     for (int i = 0; i < dates.size(); ++i) {
         progress(i, dates.size());
         if (!Write_Date(*database, dates[i], file, &outcome))
@@ -88,13 +88,13 @@ TOutcome Backup_Transfer::Write(TDatabase* database, QIODevice* file, const TPro
     return outcome;
 }
 
-TOutcome Backup_Transfer::Read(const QByteArray& content, TDatabase* database, const TProgress& progress)
+TOutcome BackupTransfer::Read(const QByteArray& content, TDatabase* database, const TProgress& progress)
 {
     TOutcome outcome;
     int position = 0;
     if (content.isEmpty())
         return outcome;
-    if (Backup_File::Read_Line(Backup_File::Next_Line(content, &position)).kind != TRecord::HEADER)
+    if (Backup::Read_Line(Backup::Next_Line(content, &position)).kind != TRecord::HEADER)
         return {TOutcome::NOT_A_BACKUP, 0, {}};
     if (!database->Replace_All([&] { Read_Sets(content, position, database, progress, &outcome); }))
         return {TOutcome::REFUSED, 0, database->Last_Error()};

@@ -10,7 +10,7 @@ class QIODevice;
 class TDatabase;
 
 /// Moves everything that a database holds into a backup file, and back.
-namespace Backup_Transfer
+namespace BackupTransfer
 {
 
 /// Called as the work goes on, with what is done and all there is to do: dates when a backup is written,
@@ -42,4 +42,4 @@ TOutcome Write(TDatabase* database, QIODevice* file, const TProgress& progress);
 /// time are filed under the present moment.
 TOutcome Read(const QByteArray& content, TDatabase* database, const TProgress& progress);
 
-} // namespace Backup_Transfer
+} // namespace BackupTransfer

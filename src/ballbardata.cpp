@@ -21,18 +21,20 @@ constexpr std::string_view HEADER_LEGACY_V1 = "BallBar_V1";
 constexpr std::string_view HEADER_LEGACY_V2 = "BallBar_V2";
 constexpr std::string_view HEADER_V1 = "B89.4.1_Data:Version=1:Type=BallBar";
 
+const QString TOO_LARGE = QStringLiteral("Input file '%1' is too large to be a ball bar measurement file.");
+
 constexpr size_t LONGEST_LINE = 4096; // characters; with a longer name no line is a measurement
 constexpr size_t MAXIMUM_FIELD_COUNT = 13;
 using TFields = std::array<std::string_view, MAXIMUM_FIELD_COUNT>;
 
-/// What tells one measurement format from another once its lines are found.
+// What tells one measurement format from another once its lines are found.
 struct TFormat
 {
     std::string_view header;
     size_t field_count;
-    bool has_column_headings; ///< a line with "Name" and "Length" names the columns
-    bool has_form_errors;     ///< two fields before the probe offset
-    bool centres_need_offset; ///< centres were written without the probe offset
+    bool has_column_headings; // a line with "Name" and "Length" names the columns
+    bool has_form_errors;     // two fields before the probe offset
+    bool centres_need_offset; // centres were written without the probe offset
 };
 
 constexpr TFormat FORMAT_LEGACY_V1{HEADER_LEGACY_V1, 11, false, false, true};
@@ -64,7 +66,7 @@ std::string_view View(const QByteArray& bytes)
     return {bytes.constData(), static_cast<size_t>(bytes.size())};
 }
 
-/// Takes the text up to the next line feed off the front of `text`.
+// Takes the text up to the next line feed off the front of `text`.
 std::string_view Take_Line(std::string_view* text)
 {
     const size_t end = std::min(text->find('\n'), text->size());
@@ -73,7 +75,7 @@ std::string_view Take_Line(std::string_view* text)
     return line;
 }
 
-/// Cuts `line` at its commas into exactly `count` fields; false where there are more or fewer.
+// Cuts `line` at its commas into exactly `count` fields; false where there are more or fewer.
 bool Split_Fields(std::string_view line, size_t count, TFields* fields)
 {
     for (size_t i = 0; i + 1 < count; ++i) {
@@ -87,7 +89,7 @@ bool Split_Fields(std::string_view line, size_t count, TFields* fields)
     return line.find(',') == std::string_view::npos;
 }
 
-/// True where all white space of `text` is single blanks.
+// True where all white space of `text` is single blanks.
 bool Is_Simple(std::string_view text)
 {
     char previous = '\0';
@@ -99,31 +101,31 @@ bool Is_Simple(std::string_view text)
     return true;
 }
 
-/// The position's name: runs of white space are one blank, and so is one before the comma.
+// The position's name: runs of white space are one blank, and so is one before the comma.
 QString Name_Of(std::string_view field)
 {
     QString name = QString::fromLatin1(field.data(), static_cast<int>(field.size()));
     if (Is_Simple(field))
         return name;
-    constexpr QLatin1Char end_mark('|'); // keeps simplified() from taking the blank at the end
-    QString simplified = (name + end_mark).simplified();
+    constexpr QLatin1Char END_MARK('|'); // keeps simplified() from taking the blank at the end
+    QString simplified = (name + END_MARK).simplified();
     simplified.chop(1);
     return simplified;
 }
 
-/// Reads the fields from the third on. Numbers so large that sums of their squares would overflow are no
-/// measurement; one of them would make every statistic of the set infinite.
+// Reads the fields from the third on. Numbers so large that sums of their squares would overflow are no
+// measurement; one of them would make every statistic of the set infinite.
 bool Parse_Numbers(const TFields& fields, size_t count, double* numbers)
 {
-    constexpr double largest_number = 1e140;
+    constexpr double LARGEST_NUMBER = 1e140;
     for (size_t i = 2; i < count; ++i, ++numbers) {
-        if (!Parse_Decimal(fields[i], numbers) || std::abs(*numbers) > largest_number)
+        if (!Parse_Decimal(fields[i], numbers) || std::abs(*numbers) > LARGEST_NUMBER)
             return false;
     }
     return true;
 }
 
-/// Reads one data line; false for a line that is none. The second field holds nothing the set needs.
+// Reads one data line; false for a line that is none. The second field holds nothing the set needs.
 bool Parse_Line(std::string_view line, const TFormat& format, Types::TBallbar_Item* item)
 {
     TFields fields;
@@ -151,9 +153,9 @@ bool Parse_Line(std::string_view line, const TFormat& format, Types::TBallbar_It
     return true;
 }
 
-/// The most positions that `text` can hold: its shortest line has a digit for each number, the commas and the
-/// line feed. Reserving that many at once keeps a large set from being held twice while the list grows; what
-/// is not filled takes no memory.
+// The most positions that `text` can hold: its shortest line has a digit for each number, the commas and the
+// line feed. Reserving that many at once keeps a large set from being held twice while the list grows; what
+// is not filled takes no memory.
 size_t Most_Positions(std::string_view text, size_t field_count)
 {
     return std::min(text.size() / (2 * field_count - 2) + 1, TBallBarData::MAXIMUM_POSITION_COUNT + 1);
@@ -176,18 +178,13 @@ void Parse_Lines(const QByteArray& contents, const TFormat& format, std::vector<
     }
 }
 
-QString Too_Large()
-{
-    return QStringLiteral("Input file '%1' is too large to be a ball bar measurement file.");
-}
-
-/// Per axis the value that `pick` picks of the two points.
+// Per axis the value that `pick` picks of the two points.
 template<typename TPick> TVector3 Widened(const TVector3& corner, const TVector3& point, TPick pick)
 {
     return {pick(corner.x, point.x), pick(corner.y, point.y), pick(corner.z, point.z)};
 }
 
-/// The corner, for each axis the value that `pick` picks, of all sphere centres; of a non-empty set.
+// The corner, for each axis the value that `pick` picks, of all sphere centres; of a non-empty set.
 template<typename TPick> TVector3 Volume_Corner(const std::vector<Types::TBallbar_Item>& items, TPick pick)
 {
     TVector3 corner = items.front().sph1;
@@ -230,7 +227,7 @@ bool TBallBarData::Load_Data(const QString& path)
     }
     if (d_ballbar_items.size() > MAXIMUM_POSITION_COUNT) {
         Clear();
-        return Fail(Too_Large(), path);
+        return Fail(TOO_LARGE, path);
     }
     if (loaded)
         Update_Stats();
@@ -244,7 +241,7 @@ bool TBallBarData::Read_File(const QString& path, QByteArray* contents)
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return Fail(cannot_open, path);
     if (file.size() > MAXIMUM_FILE_SIZE)
-        return Fail(Too_Large(), path);
+        return Fail(TOO_LARGE, path);
     *contents = file.read(file.size()); // and no more, should it be growing
     if (file.error() != QFileDevice::NoError)
         return Fail(cannot_open, path);

@@ -70,14 +70,6 @@ public:
     static constexpr size_t MAXIMUM_POSITION_COUNT = 1000000;
 
 private:
-    std::vector<Types::TBallbar_Item> d_ballbar_items;
-    double d_minimum_length{0.0};
-    double d_maximum_length{0.0};
-    double d_mean_length{0.0};
-    double d_median_length{0.0};
-    double d_stdev_length{0.0};
-    QString d_last_error;
-
     bool Read_File(const QString& path, QByteArray* contents);
     bool Fail(const QString& message, const QString& path);
 
@@ -87,4 +79,12 @@ private:
     bool Load_Data_Legacy_V1(const QByteArray& contents);
     bool Load_Data_Legacy_V2(const QByteArray& contents);
     bool Load_Data_V1(const QByteArray& contents);
+
+    std::vector<Types::TBallbar_Item> d_ballbar_items;
+    double d_minimum_length{0.0};
+    double d_maximum_length{0.0};
+    double d_mean_length{0.0};
+    double d_median_length{0.0};
+    double d_stdev_length{0.0};
+    QString d_last_error;
 };

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace
 {
@@ -16,32 +17,33 @@ void Append(TMesh* mesh, const TMesh& addition)
 
 bool Is_Drawable(const TVector3& point)
 {
-    constexpr double limit = 1e12;
-    return std::fabs(point.x) <= limit && std::fabs(point.y) <= limit && std::fabs(point.z) <= limit;
+    constexpr double LIMIT = 1e12;
+    return std::fabs(point.x) <= LIMIT && std::fabs(point.y) <= LIMIT && std::fabs(point.z) <= LIMIT;
 }
 
-TVector3 Unit_Axis(const TVector3& from, const TVector3& to)
+// Nothing where the two points are too near to each other, or too far apart, to tell a direction.
+std::optional<TVector3> Unit_Axis(const TVector3& from, const TVector3& to)
 {
-    const double length = Length(to - from);
-    return TOpenGLGeometryFactory::Makes_Shape(length) ? (to - from) / length : TVector3();
+    const double length = (to - from).Length();
+    if (!TOpenGLGeometryFactory::Makes_Shape(length))
+        return std::nullopt;
+    return (to - from) / length;
 }
 
-/// A tetrahedron with one edge across each end of the axis: the least that is closed and seen from
-/// everywhere.
+// A tetrahedron with one edge across each end of the axis: the least that is closed and seen from
+// everywhere.
 TMesh Sliver(const TVector3& start, const TVector3& end, double radius)
 {
     TMesh mesh;
-    const TVector3 axis = Unit_Axis(start, end);
-    const TVector3 helper = std::fabs(axis.x) > 0.7 ? TVector3(0, 1, 0) : TVector3(1, 0, 0);
-    TVector3 across = helper * axis;
-    if (Length(across) < 0.5)
+    const auto axis = Unit_Axis(start, end);
+    if (!axis)
         return mesh;
-    across.Normal();
-    const TVector3 up = axis * across;
-    const TVector3 a = start - radius * across;
-    const TVector3 b = start + radius * across;
-    const TVector3 c = end - radius * up;
-    const TVector3 d = end + radius * up;
+    const TMat4 start_frame = TOpenGLGeometryFactory::Frame(start, *axis);
+    const TMat4 end_frame = TOpenGLGeometryFactory::Frame(end, *axis);
+    const TVector3 a = start_frame * TVector3(-radius, 0.0, 0.0);
+    const TVector3 b = start_frame * TVector3(radius, 0.0, 0.0);
+    const TVector3 c = end_frame * TVector3(0.0, -radius, 0.0);
+    const TVector3 d = end_frame * TVector3(0.0, radius, 0.0);
     const TOpenGLGeometryFactory factory;
     factory.RenderPlaneTriangle(a, b, c, &mesh);
     factory.RenderPlaneTriangle(b, a, d, &mesh);
@@ -59,9 +61,9 @@ double BallBarMeshes::Sphere_Radius(double bar_length)
 
 int BallBarMeshes::Level(size_t bar_count)
 {
-    constexpr size_t most_bars[] = {20000, 10000, 1000, 40}; // at level 0, 1, 2 and 3
+    constexpr size_t MOST_BARS[] = {20000, 10000, 1000, 40}; // at level 0, 1, 2 and 3
     int level = -1;
-    for (const size_t most : most_bars)
+    for (const size_t most : MOST_BARS)
         level += bar_count <= most ? 1 : 0;
     return level;
 }
@@ -72,7 +74,7 @@ BallBarMeshes::TMeshes BallBarMeshes::Build(const TVector3& sphere1, const TVect
     TMeshes meshes;
     if (!Is_Drawable(sphere1) || !Is_Drawable(sphere2) || !Is_Drawable(probe))
         return meshes;
-    const double sphere_radius = Sphere_Radius(Length(sphere2 - sphere1));
+    const double sphere_radius = Sphere_Radius((sphere2 - sphere1).Length());
     const double rod_radius = 0.5 * sphere_radius;
     if (level < 0) {
         meshes[ROD] = Sliver(sphere1, sphere2, rod_radius);
@@ -85,15 +87,15 @@ BallBarMeshes::TMeshes BallBarMeshes::Build(const TVector3& sphere1, const TVect
     for (const TVector3& center : {sphere1, sphere2})
         Append(&meshes[SPHERES], factory.RenderSphere(center, sphere_radius));
 
-    const TVector3 towards_tip = Unit_Axis(TVector3(), probe);
-    if (Length(towards_tip) < 0.5)
+    const auto towards_tip = Unit_Axis(TVector3(), probe);
+    if (!towards_tip)
         return meshes;
     // A ruby is small in the picture and needs fewer triangles than a sphere.
     factory.Set_Subdivision_Level(std::max(level - 1, 0));
     const double ruby_radius = 0.4 * sphere_radius;
     const double stem_radius = 0.5 * ruby_radius;
     for (const TVector3& center : {sphere1, sphere2}) {
-        const TVector3 tip = center - (sphere_radius + ruby_radius) * towards_tip;
+        const TVector3 tip = center - (sphere_radius + ruby_radius) * *towards_tip;
         Append(&meshes[STEMS], factory.RenderCylinder(tip, tip - probe, stem_radius, stem_radius));
         Append(&meshes[RUBIES], factory.RenderSphere(tip, ruby_radius));
     }
@@ -102,6 +104,7 @@ BallBarMeshes::TMeshes BallBarMeshes::Build(const TVector3& sphere1, const TVect
 
 TVector3 BallBarMeshes::Label_Position(const TVector3& sphere1, const TVector3& sphere2)
 {
-    const double radius = Sphere_Radius(Length(sphere2 - sphere1));
-    return sphere2 + 1.5 * radius * Unit_Axis(sphere1, sphere2);
+    const double radius = Sphere_Radius((sphere2 - sphere1).Length());
+    const auto axis = Unit_Axis(sphere1, sphere2);
+    return axis ? sphere2 + 1.5 * radius * *axis : sphere2;
 }

@@ -14,11 +14,15 @@
 namespace
 {
 
+const QString DATE = QStringLiteral("date");
+const QString TIME = QStringLiteral("time");
 const QString DATE_NOT_FOUND = QStringLiteral("Date not found.");
 const QString TIME_NOT_FOUND = QStringLiteral("Time not found.");
+const QString DATA_FAILURE = QStringLiteral("Cannot add data to table 'data'");
+const QString SUMMARY_FAILURE = QStringLiteral("Cannot add data to table 'summary'");
 const QString DELETE_FAILURE = QStringLiteral("Cannot delete existing ballbar data");
 
-// What a catalogue is filled from, in this order.
+// The tables that fill a catalogue, in this order.
 enum TTable
 {
     DATES,
@@ -29,7 +33,7 @@ enum TTable
 
 QString Insert_Failure(const QString& table)
 {
-    return "Cannot add data to table '" + table + "'";
+    return QStringLiteral("Cannot add data to table '%1'").arg(table);
 }
 
 // The row of Statements::Select_Positions().
@@ -45,13 +49,13 @@ Types::TBallbar_Item Position_Of(const QSqlQuery& row)
 
 } // namespace
 
-/// What is known while a reading or a replacement is under way.
+// What is known while a reading or a replacement is under way.
 struct TDatabase::TScope
 {
     TDatabaseCatalogue catalogue;
     bool replacing{false};
-    int known{DATES}; ///< the first table that the catalogue does not hold yet
-    QString failure;  ///< why nothing more can be read, or why everything stays as it was
+    int known{DATES}; // the first table that the catalogue does not hold yet
+    QString failure;  // why nothing more can be read, or why everything stays as it was
 };
 
 TDatabase::TReading::TReading(TDatabase* database)
@@ -59,9 +63,9 @@ TDatabase::TReading::TReading(TDatabase* database)
 {
     if (!d_database)
         return;
-    d_database->Change_Or_Not(Statements::Roll_Back()); // what a failed save has left is no set
+    d_database->Try(Statements::ROLL_BACK); // a failed save may have left a part of a set
     d_database->d_scope = std::make_unique<TScope>();
-    d_database->Change_Or_Not(Statements::Begin());
+    d_database->Try(Statements::BEGIN);
     d_database->Know(TIMES);
 }
 
@@ -70,7 +74,7 @@ TDatabase::TReading::~TReading()
     if (!d_database)
         return;
     d_database->d_scope.reset();
-    d_database->Change_Or_Not(Statements::Roll_Back());
+    d_database->Try(Statements::ROLL_BACK);
 }
 
 TDatabase::TDatabase() = default;
@@ -80,22 +84,22 @@ TDatabase::~TDatabase() = default;
 bool TDatabase::Initialize()
 {
     if (!Is_Connected())
-        return Fail("Database not open");
+        return Fail(QStringLiteral("Database not open"));
 
     bool valid = false; // Qt's own list is empty, without a word, while another process has the lock
-    const QStringList tables = First_Column(Statements::Select_Tables(), &valid);
+    const QStringList tables = First_Column(Statements::SELECT_TABLES, &valid);
     if (!valid)
-        return Fail("Cannot read the list of tables.  Reason: " + Last_Error());
-    Change_Or_Not(Statements::Begin()); // one wait for the disk instead of one for each table
+        return Fail(QStringLiteral("Cannot read the list of tables"), Last_Error());
+    Try(Statements::BEGIN); // one wait for the disk instead of one for each table
     for (const Statements::TTable& table : Statements::TABLES) {
-        if (!tables.contains(table.name, Qt::CaseInsensitive) && !Change(table.create, QString())) {
-            Change_Or_Not(Statements::Roll_Back());
-            return Fail(QString("Cannot create table '%1(...)'").arg(table.name));
+        if (!tables.contains(table.name, Qt::CaseInsensitive) && !Run(table.create, QString())) {
+            Try(Statements::ROLL_BACK);
+            return Fail(QStringLiteral("Cannot create table '%1(...)'").arg(table.name));
         }
     }
-    if (Change(Statements::Commit(), "Cannot create the tables"))
+    if (Run(Statements::COMMIT, QStringLiteral("Cannot create the tables")))
         return true;
-    Change_Or_Not(Statements::Roll_Back()); // left open it would keep other processes out
+    Try(Statements::ROLL_BACK); // left open it would lock other processes out
     return false;
 }
 
@@ -103,74 +107,76 @@ void TDatabase::Clear()
 {
     if (!Is_Connected())
         return;
-    Change_Or_Not(Statements::Roll_Back());
+    Try(Statements::ROLL_BACK);
     for (const Statements::TTable& table : Statements::TABLES)
-        Change_Or_Not(Statements::Delete_All(table));
+        Try(Statements::Delete_All(table));
 }
 
 bool TDatabase::Replace_All(const std::function<void()>& fill)
 {
     if (!Is_Connected())
-        return Fail("Not connected");
-    Change_Or_Not(Statements::Roll_Back());
-    const QString copy = Kept_Copies::File_Name(File_Name(), QDateTime::currentDateTime());
+        return Fail(QStringLiteral("Not connected"));
+    Try(Statements::ROLL_BACK);
+    const QString copy = KeptCopies::File_Name(File_Name(), QDateTime::currentDateTime());
     if (!Lock_And_Copy(copy))
         return false;
 
-    const QString failure = "Cannot replace the database";
+    const QString failure = QStringLiteral("Cannot replace the database");
     d_scope = std::make_unique<TScope>();
     d_scope->replacing = true;
     d_scope->known = ALL_TABLES; // which are empty
     for (const Statements::TTable& table : Statements::TABLES) {
-        if (d_scope->failure.isEmpty() && !Change(Statements::Delete_All(table), failure))
+        if (d_scope->failure.isEmpty() && !Run(Statements::Delete_All(table), failure))
             d_scope->failure = Last_Error();
     }
     if (d_scope->failure.isEmpty())
         fill();
     const std::unique_ptr<TScope> scope = std::move(d_scope);
-    if (scope->failure.isEmpty()) // under the lock, and not where one failure after the other makes a copy
-        Kept_Copies::Remove_Old(File_Name(), COPIES_KEPT, copy);
-    if (scope->failure.isEmpty() && Change(Statements::Commit(), failure))
+    // Only after a success, or restores that fail one after the other would push out the good copies. Before
+    // the commit, while no other process can make copies of its own.
+    if (scope->failure.isEmpty())
+        KeptCopies::Remove_Old(File_Name(), COPIES_KEPT, copy);
+    if (scope->failure.isEmpty() && Run(Statements::COMMIT, failure))
         return true;
-    Change_Or_Not(Statements::Roll_Back());
+    Try(Statements::ROLL_BACK);
     return Fail(scope->failure.isEmpty() ? Last_Error() : scope->failure);
 }
 
-// Keeps others out until the end of the transaction that it leaves open. A copy cannot be made within one, so
-// the lock is kept across two of them.
+// Locks others out and copies the database. The transaction that it leaves open holds the lock. A copy cannot
+// be made within a transaction, so the lock is kept from one transaction to the next.
 bool TDatabase::Lock_And_Copy(const QString& copy)
 {
-    const QString failure = "Cannot keep a copy of the database";
-    if (!Change(Statements::Begin_Alone(), failure))
+    const QString failure = QStringLiteral("Cannot keep a copy of the database");
+    if (!Run(Statements::BEGIN_ALONE, failure))
         return false;
     // A database that may only be read lets itself be locked, but not be changed.
-    const bool writable = Change(Statements::Keep_Lock(true), failure) &&
-                          Change(Statements::Delete_All(Statements::TABLES[0]), failure);
-    Change_Or_Not(Statements::Roll_Back());
+    const bool writable =
+        Run(Statements::KEEP_LOCK, failure) && Run(Statements::Delete_All(Statements::TABLES[0]), failure);
+    Try(Statements::ROLL_BACK);
     const bool copied = writable && Keep_Copy(copy, failure);
     QString error = Last_Error();
-    const bool begun = Change(Statements::Begin_Alone(), failure);
-    Change_Or_Not(Statements::Keep_Lock(false));
+    const bool begun = Run(Statements::BEGIN_ALONE, failure);
+    Try(Statements::GIVE_LOCK_BACK);
     if (copied && begun)
         return true;
     if (copied)
         error = Last_Error();
-    Change_Or_Not(Statements::Roll_Back());
-    Change_Or_Not(Statements::Select_Dates()); // gives a lock back that no transaction holds
+    Try(Statements::ROLL_BACK);
+    Try(Statements::SELECT_DATES); // without a transaction, a lock is given back by the next statement
     return Fail(error);
 }
 
 bool TDatabase::Keep_Copy(const QString& copy, const QString& failure)
 {
-    const QString unfinished = Kept_Copies::Unfinished_File(File_Name());
-    Kept_Copies::Remove_Leftovers(File_Name());
-    if (!Change(Statements::Copy_Into(unfinished), failure)) {
+    const QString unfinished = KeptCopies::Unfinished_File(File_Name());
+    KeptCopies::Remove_Leftovers(File_Name());
+    if (!Run(Statements::Copy_Into(unfinished), failure)) {
         QFile::remove(unfinished);
         return false;
     }
-    if (!Kept_Copies::Put_In_Place(unfinished, copy)) {
+    if (!KeptCopies::Put_In_Place(unfinished, copy)) {
         QFile::remove(unfinished);
-        return Fail(failure + ".  Reason: '" + copy + "' cannot be written");
+        return Fail(failure, QStringLiteral("'%1' cannot be written").arg(copy));
     }
     return true;
 }
@@ -206,7 +212,7 @@ QStringList TDatabase::Date_List(bool* valid) const
 {
     assert(valid);
     if (!d_scope)
-        return First_Column(Statements::Select_Dates(), valid);
+        return First_Column(Statements::SELECT_DATES, valid);
     *valid = Know(DATES);
     return *valid ? d_scope->catalogue.Dates() : QStringList();
 }
@@ -247,7 +253,7 @@ TDatabaseItem TDatabase::Database_Item(const QString& date, const QString& time,
     return item;
 }
 
-// Whether the catalogue holds a table; it is read when it is asked for first.
+// Whether the catalogue holds a table, which is read when it is asked for first.
 bool TDatabase::Know(int table) const
 {
     while (d_scope->known <= table && d_scope->failure.isEmpty()) {
@@ -263,14 +269,14 @@ bool TDatabase::Read_Into_Catalogue(int table) const
 {
     TDatabaseCatalogue& catalogue = d_scope->catalogue;
     if (table == DATES)
-        return Read(Statements::Select_All_Dates(), [&catalogue](const QSqlQuery& row) {
+        return Read(Statements::SELECT_ALL_DATES, [&catalogue](const QSqlQuery& row) {
             catalogue.Add_Date(row.value(0).toInt(), row.value(1).toString());
         });
     if (table == TIMES)
-        return Read(Statements::Select_All_Times(), [&catalogue](const QSqlQuery& row) {
+        return Read(Statements::SELECT_ALL_TIMES, [&catalogue](const QSqlQuery& row) {
             catalogue.Add_Time(row.value(0).toInt(), row.value(1).toInt(), row.value(2).toString());
         });
-    return Read(Statements::Select_All_Rows(), [&catalogue](const QSqlQuery& row) {
+    return Read(Statements::SELECT_ALL_ROWS, [&catalogue](const QSqlQuery& row) {
         catalogue.Add_Rows(row.value(0).toInt(), row.value(1).toInt(),
                            {row.value(2).toLongLong(), row.value(3).toLongLong()});
     });
@@ -279,21 +285,22 @@ bool TDatabase::Read_Into_Catalogue(int table) const
 bool TDatabase::Add_Database_Item(const TDatabaseItem& item)
 {
     if (!Is_Connected())
-        return Fail("Not connected");
+        return Fail(QStringLiteral("Not connected"));
     if (d_scope)
         return Add_To_Replacement(item);
     // A failed save leaves its transaction open; what it had written must not be committed with this set.
-    Change_Or_Not(Statements::Roll_Back());
+    Try(Statements::ROLL_BACK);
 
-    const int date_id = Make_Row("date", DATE_NOT_FOUND, Statements::Select_Date_Id(item.Date()),
+    const int date_id = Make_Row(DATE, DATE_NOT_FOUND, Statements::Select_Date_Id(item.Date()),
                                  Statements::Insert_Date(item.Date()));
-    const int time_id =
-        date_id < 0 ? -1
-                    : Make_Row("time", TIME_NOT_FOUND, Statements::Select_Time_Id(date_id, item.Time()),
-                               Statements::Insert_Time(date_id, item.Time()));
+    const int time_id = date_id < 0
+                            ? -1
+                            : Make_Row(TIME, TIME_NOT_FOUND, Statements::Select_Time_Id(date_id, item.Time()),
+                                       Statements::Insert_Time(date_id, item.Time()));
     return time_id >= 0 && Replace_Positions(date_id, time_id, item) &&
-           Change(Statements::Delete_Summary(date_id, time_id), "Cannot delete existing summary data") &&
-           Change(Statements::Insert_Summary(date_id, time_id, item), Insert_Failure("summary"));
+           Run(Statements::Delete_Summary(date_id, time_id),
+               QStringLiteral("Cannot delete existing summary data")) &&
+           Run(Statements::Insert_Summary(date_id, time_id, item), SUMMARY_FAILURE);
 }
 
 // The row that `select` finds, inserted where there is none. After an insert it is looked up: a table that
@@ -305,12 +312,14 @@ int TDatabase::Make_Row(const QString& table, const QString& not_found, const QS
     const int known = First_Id(select, not_found, &reason);
     if (known >= 0)
         return known;
-    if (!reason.isEmpty()) // locked, for instance: the insert would wait once more
-        return Found(-1, Insert_Failure(table) + ".  Reason: " + reason);
+    if (!reason.isEmpty()) { // locked, for instance: the insert would wait once more
+        Fail(Insert_Failure(table), reason);
+        return -1;
+    }
     const int inserted = Insert_Row(table, insert);
     const int found = inserted < 0 ? -1 : First_Id(select, not_found);
     if (found != inserted) // another process was quicker: one row is enough
-        Change_Or_Not(Statements::Delete_Row(table, inserted));
+        Try(Statements::Delete_Row(table, inserted));
     return found;
 }
 
@@ -318,36 +327,36 @@ int TDatabase::Make_Row(const QString& table, const QString& not_found, const QS
 int TDatabase::Insert_Row(const QString& table, const QString& insert)
 {
     qint64 row = -1;
-    return Change(insert, Insert_Failure(table), &row) ? static_cast<int>(row) : -1;
+    return Run(insert, Insert_Failure(table), &row) ? static_cast<int>(row) : -1;
 }
 
 // The old positions go only when the new ones have come. Where a position is refused the transaction stays
 // open: the next change rolls it back.
 bool TDatabase::Replace_Positions(int date_id, int time_id, const TDatabaseItem& item)
 {
-    Change_Or_Not(Statements::Begin());
-    const bool deleted = Change(Statements::Delete_Positions(date_id, time_id), DELETE_FAILURE);
+    Try(Statements::BEGIN);
+    const bool deleted = Run(Statements::Delete_Positions(date_id, time_id), DELETE_FAILURE);
     // With the first change nobody else can change anything; before, the database may have been replaced.
     const bool stands =
         deleted && ((Date_Id(item.Date()) == date_id && Time_Id(date_id, item.Time()) == time_id) ||
-                    Fail(Insert_Failure("data") + ".  Reason: another program has replaced the database"));
+                    Fail(DATA_FAILURE, QStringLiteral("another program has replaced the database")));
     Statements::TRows rows;
     if (stands && !Insert_Positions(date_id, time_id, item, &rows))
         return false;
-    // Unlike a failed begin, a failed commit would lose the set; left open it would keep other processes out.
-    if (stands && Change(Statements::Commit(), Insert_Failure("data")))
+    // A failed begin does no harm. A failed commit loses the set, and a transaction that stayed open would
+    // lock other processes out.
+    if (stands && Run(Statements::COMMIT, DATA_FAILURE))
         return true;
-    Change_Or_Not(Statements::Roll_Back());
+    Try(Statements::ROLL_BACK);
     return false;
 }
 
-// Tells the rows between which the positions then lie.
+// `rows` becomes the range in which the new positions lie.
 bool TDatabase::Insert_Positions(int date_id, int time_id, const TDatabaseItem& item, Statements::TRows* rows)
 {
     *rows = Statements::NO_ROWS;
     for (const Types::TBallbar_Item& position : item.Ballbar_Items()) {
-        if (!Change(Statements::Insert_Position(date_id, time_id, position), Insert_Failure("data"),
-                    &rows->last))
+        if (!Run(Statements::Insert_Position(date_id, time_id, position), DATA_FAILURE, &rows->last))
             return false;
         rows->first = std::min(rows->first, rows->last);
     }
@@ -360,36 +369,35 @@ bool TDatabase::Insert_Positions(int date_id, int time_id, const TDatabaseItem& 
 bool TDatabase::Add_To_Replacement(const TDatabaseItem& item)
 {
     if (!d_scope->replacing || !d_scope->failure.isEmpty())
-        return Fail(d_scope->replacing ? d_scope->failure : "The database is being read");
-    if (Change(Statements::Begin_Set(), Insert_Failure("data")) && Insert_Set(item) &&
-        Change(Statements::End_Set(), Insert_Failure("data")))
+        return Fail(d_scope->replacing ? d_scope->failure : QStringLiteral("The database is being read"));
+    if (Run(Statements::BEGIN_SET, DATA_FAILURE) && Insert_Set(item) &&
+        Run(Statements::END_SET, DATA_FAILURE))
         return true;
     const QString error = Last_Error();
     const bool refused = Was_Refused();
-    if (!refused || !Change(Statements::Undo_Set(), error) || !Change(Statements::End_Set(), error))
+    if (!refused || !Run(Statements::UNDO_SET, error) || !Run(Statements::END_SET, error))
         d_scope->failure = error;
     return Fail(error);
 }
 
-// Nobody else changes anything: what the catalogue does not know is new. It learns of the set when all of it
-// is there.
+// Other processes are locked out, so what the catalogue does not know is new. It learns of the set when all
+// of it is stored.
 bool TDatabase::Insert_Set(const TDatabaseItem& item)
 {
     TDatabaseCatalogue& catalogue = d_scope->catalogue;
     const int known_date = catalogue.Date_Id(item.Date());
-    const int date_id =
-        known_date < 0 ? Insert_Row("date", Statements::Insert_Date(item.Date())) : known_date;
+    const int date_id = known_date < 0 ? Insert_Row(DATE, Statements::Insert_Date(item.Date())) : known_date;
     const int known_time = date_id < 0 ? -1 : catalogue.Time_Id(date_id, item.Time());
     const int time_id = date_id < 0 || known_time >= 0
                             ? known_time
-                            : Insert_Row("time", Statements::Insert_Time(date_id, item.Time()));
+                            : Insert_Row(TIME, Statements::Insert_Time(date_id, item.Time()));
     Statements::TRows rows = catalogue.Rows(date_id, time_id);
     const bool stored =
         time_id >= 0 &&
-        (known_time < 0 || (Change(Statements::Delete_Positions(date_id, time_id, rows), DELETE_FAILURE) &&
-                            Change(Statements::Delete_Summary(date_id, time_id), DELETE_FAILURE))) &&
+        (known_time < 0 || (Run(Statements::Delete_Positions(date_id, time_id, rows), DELETE_FAILURE) &&
+                            Run(Statements::Delete_Summary(date_id, time_id), DELETE_FAILURE))) &&
         Insert_Positions(date_id, time_id, item, &rows) &&
-        Change(Statements::Insert_Summary(date_id, time_id, item), Insert_Failure("summary"));
+        Run(Statements::Insert_Summary(date_id, time_id, item), SUMMARY_FAILURE);
     if (!stored)
         return false;
     if (known_date < 0)

@@ -2,11 +2,9 @@
 #pragma once
 
 #include "databaseconnection.h"
-#include "databasestatements.h"
+#include "statements.h"
 
 #include <QStringList>
-
-class QSqlQuery;
 
 /// Measurement sets in a SQLite file, each under a date and a time. There is one connection, so one object of
 /// this class at a time. Whatever fails says so by its result and leaves a text in Last_Error(); a success
@@ -18,8 +16,8 @@ public:
     static constexpr int COPIES_KEPT = 5;
 
     /// While an object of this class lives, all that is read is of one state of the database, and each
-    /// look-up is quick. A lock of another process is met at the start only; nothing can be read then. Within
-    /// another reading or a replacement it changes nothing.
+    /// look-up is quick. A lock of another process is met at the start only; then nothing can be read. An
+    /// object within another reading, or within a replacement, does nothing.
     class TReading
     {
     public:
@@ -46,9 +44,9 @@ public:
 
     /// Deletes every set. Failures are not reported.
     void Clear();
-    /// Replaces all sets by those that `fill` adds, or, after a failure, a kill or a power failure, none of
-    /// them. All others are kept out in the meantime, and a dated copy of the database is kept beside it. A
-    /// set that the database does not accept is left out; its Add_Database_Item() tells.
+    /// Replaces all sets by those that `fill` adds. After a failure, a kill or a power cut all the old sets
+    /// are there. Other processes are locked out meanwhile. A dated copy of the old database stays beside it.
+    /// A set that the database does not accept is left out; Add_Database_Item() returns false for it.
     bool Replace_All(const std::function<void()>& fill);
 
     /// Row identifiers, -1 where there is none.

@@ -1,21 +1,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "databasestatements.h"
+#include "statements.h"
 
 #include <QHash>
 #include <QPair>
 #include <QStringList>
 
-/// Where one state of the database keeps what: the identifiers of all dates and times, and the rows of each
-/// set. Without indexes every single look-up reads a whole table; this one is filled by one reading of each.
+/// An index of one state of the database: the identifiers of all dates and times, and the rows of each set.
+/// The tables have no indexes, so that each look-up in them reads a whole table. This one is filled by
+/// reading each table once.
 class TDatabaseCatalogue
 {
 public:
     /// Dates and times are added in the order of their rows. Of several rows with one text the first counts.
     void Add_Date(int date_id, const QString& date);
     void Add_Time(int date_id, int time_id, const QString& time);
-    /// The rows of table data between which the positions of a set lie.
+    /// `rows` is the range of table data in which the positions of the set lie.
     void Add_Rows(int date_id, int time_id, const Statements::TRows& rows);
 
     /// -1 where there is none.
@@ -23,7 +24,7 @@ public:
     int Time_Id(int date_id, const QString& time) const;
     const QStringList& Dates() const { return d_dates; }
     QStringList Times(int date_id) const;
-    /// No rows at all where the set has no positions.
+    /// The empty range where the set has no positions.
     Statements::TRows Rows(int date_id, int time_id) const;
 
 private:

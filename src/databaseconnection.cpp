@@ -10,7 +10,7 @@
 namespace
 {
 
-const char* const DRIVER = "QSQLITE";
+const QString DRIVER = QStringLiteral("QSQLITE");
 
 // SQLite's numbers for a change that breaks a rule of the database, or is too large for it.
 constexpr int TOO_BIG = 18;
@@ -18,20 +18,20 @@ constexpr int CONSTRAINT = 19;
 
 QString Open_Error(const QSqlError& error, const QString& file)
 {
-    QString text = QString("Cannot open database.\n\tDatabase Error: '%1'\n\tDriver Error: '%2'\n"
-                           "\t\tDatabase File Name: '%3'\n")
+    QString text = QStringLiteral("Cannot open database.\n\tDatabase Error: '%1'\n\tDriver Error: '%2'\n"
+                                  "\t\tDatabase File Name: '%3'\n")
                        .arg(error.databaseText(), error.driverText(), file);
-    text += "\tAvailable database drivers:\n";
+    text += QLatin1String("\tAvailable database drivers:\n");
     const QStringList drivers = QSqlDatabase::drivers();
     for (const QString& driver : drivers)
-        text += QString("\t\t%1\n").arg(driver);
+        text += QStringLiteral("\t\t%1\n").arg(driver);
     return text;
 }
 
 } // namespace
 
 TDatabaseConnection::TDatabaseConnection()
-    : d_connection_name("ballbar_database"), d_database(std::make_unique<QSqlDatabase>())
+    : d_connection_name(QStringLiteral("ballbar_database")), d_database(std::make_unique<QSqlDatabase>())
 {
 }
 
@@ -43,7 +43,7 @@ TDatabaseConnection::~TDatabaseConnection()
 bool TDatabaseConnection::Connect(const QString& file)
 {
     if (!QSqlDatabase::isDriverAvailable(DRIVER))
-        return Fail("Database driver 'QSQLITE' not available");
+        return Fail(QStringLiteral("Database driver 'QSQLITE' not available"));
 
     const bool registered = QSqlDatabase::contains(d_connection_name);
     d_database =
@@ -57,7 +57,7 @@ bool TDatabaseConnection::Connect(const QString& file)
         return Fail(error);
     }
     d_database_file_name = file;
-    d_change = std::make_unique<QSqlQuery>(*d_database);
+    d_query = std::make_unique<QSqlQuery>(*d_database);
     return true;
 }
 
@@ -85,11 +85,16 @@ bool TDatabaseConnection::Fail(const QString& error) const
     return false;
 }
 
+bool TDatabaseConnection::Fail(const QString& failure, const QString& reason) const
+{
+    return Fail(QStringLiteral("%1.  Reason: %2").arg(failure, reason));
+}
+
 bool TDatabaseConnection::Read(const QString& statement,
                                const std::function<void(const QSqlQuery& row)>& read) const
 {
     if (!Is_Connected())
-        return Fail("Not connected");
+        return Fail(QStringLiteral("Not connected"));
     QSqlQuery query(*d_database);
     query.setForwardOnly(true); // no row is visited twice, so none need be kept
     if (!Execute(&query, statement))
@@ -113,22 +118,22 @@ int TDatabaseConnection::First_Id(const QString& statement, const QString& not_f
     return id;
 }
 
-bool TDatabaseConnection::Change(const QString& statement, const QString& failure, qint64* row)
+bool TDatabaseConnection::Run(const QString& statement, const QString& failure, qint64* row)
 {
-    bool good = Execute(d_change.get(), statement);
+    bool good = Execute(d_query.get(), statement);
     if (good && row) {
-        *row = d_change->lastInsertId().toLongLong();
-        good = d_change->numRowsAffected() > 0 || Fail("A trigger left the row out");
+        *row = d_query->lastInsertId().toLongLong();
+        good = d_query->numRowsAffected() > 0 || Fail(QStringLiteral("A trigger left the row out"));
         d_last_code = good ? d_last_code : CONSTRAINT;
     }
-    d_change->finish();
-    return good || Fail(failure + ".  Reason: " + d_last_error);
+    d_query->finish();
+    return good || Fail(failure, d_last_error);
 }
 
-void TDatabaseConnection::Change_Or_Not(const QString& statement)
+void TDatabaseConnection::Try(const QString& statement)
 {
     const QString last_error = d_last_error;
-    if (!Change(statement, QString()))
+    if (!Run(statement, QString()))
         d_last_error = last_error;
 }
 
@@ -144,7 +149,7 @@ bool TDatabaseConnection::Execute(QSqlQuery* query, const QString& statement) co
 
 void TDatabaseConnection::Remove_Connection()
 {
-    d_change.reset(); // Qt complains about a connection that still has a user
+    d_query.reset(); // Qt complains about a connection that still has a user
     d_database.reset();
     if (QSqlDatabase::contains(d_connection_name))
         QSqlDatabase::removeDatabase(d_connection_name);

@@ -28,10 +28,12 @@ public:
     const QString& Last_Error() const { return d_last_error; }
 
 protected:
-    /// What SQLite says of a change that breaks a rule of the database, or is too large for it.
+    /// Whether SQLite refused what failed last because it breaks a rule of the database or is too large.
     bool Was_Refused() const;
     const QString& File_Name() const { return d_database_file_name; }
+    /// Returns false and leaves a text: all of it, or what failed and why.
     bool Fail(const QString& error) const;
+    bool Fail(const QString& failure, const QString& reason) const;
 
     /// Calls `read` for every row that a statement finds. Fails also where the rows break off: a damaged file
     /// shows only when the reading comes to its damaged page.
@@ -41,9 +43,9 @@ protected:
     int First_Id(const QString& statement, const QString& not_found, QString* reason = nullptr) const;
     /// Executes a statement that must succeed: otherwise `failure` and the driver's words become the last
     /// error. `row` receives the row that an insert has made; one that a trigger left out is a failure.
-    bool Change(const QString& statement, const QString& failure, qint64* row = nullptr);
+    bool Run(const QString& statement, const QString& failure, qint64* row = nullptr);
     /// Executes a statement that may fail without a word.
-    void Change_Or_Not(const QString& statement);
+    void Try(const QString& statement);
 
 private:
     bool Execute(QSqlQuery* query, const QString& statement) const;
@@ -52,7 +54,7 @@ private:
     QString d_connection_name;
     QString d_database_file_name;
     std::unique_ptr<QSqlDatabase> d_database;
-    std::unique_ptr<QSqlQuery> d_change; ///< one for all changes: a set may have thousands
+    std::unique_ptr<QSqlQuery> d_query; ///< runs all that is not read: a set may have thousands of inserts
     mutable QString d_last_error;
     mutable int d_last_code{0}; ///< SQLite's number of what failed last
 };

@@ -23,8 +23,8 @@
 namespace
 {
 
-using Backup_Transfer::TOutcome;
-using Backup_Transfer::TProgress;
+using BackupTransfer::TOutcome;
+using BackupTransfer::TProgress;
 
 constexpr int SPACING = 4;
 
@@ -44,7 +44,7 @@ QLabel* Create_Title(const QString& text, QWidget* field)
 QTreeWidget* Create_Tree(const QStringList& titles)
 {
     auto* tree = new QTreeWidget;
-    tree->setObjectName("entries");
+    tree->setObjectName(QStringLiteral("entries"));
     tree->setHeaderLabels(titles);
     tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
     return tree;
@@ -60,7 +60,7 @@ void Create_Time(QTreeWidgetItem* date, const QString& time)
 QTableWidget* Create_Summary_Table(const QStringList& titles)
 {
     auto* table = new QTableWidget(0, titles.size());
-    table->setObjectName("summary");
+    table->setObjectName(QStringLiteral("summary"));
     table->setHorizontalHeaderLabels(titles);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table->setTabKeyNavigation(false); // the arrow keys do that; Tab goes on to the buttons
@@ -107,7 +107,7 @@ QStringList Row_Cells(const QTableWidget* table, int row)
 // Where the file cannot be put in place, that is the outcome.
 TOutcome Put_In_Place(QSaveFile* file, const TOutcome& outcome)
 {
-    const QString error = Whole_File::Put_In_Place(file);
+    const QString error = WholeFile::Put_In_Place(file);
     return error.isEmpty() ? outcome : TOutcome{TOutcome::REFUSED, 0, error};
 }
 
@@ -209,7 +209,7 @@ void TDatabaseDialog::Selection_Changed()
         return;
     Update_Buttons();
     const std::vector<TKey> keys = Selected_Keys();
-    if (keys.empty()) // the tree is being filled anew, most likely: a lock would be waited for twice
+    if (keys.empty()) // most likely the tree is being filled anew, and one wait for a lock is enough
         return;
     const TDatabase::TReading reading(&d_database);
     std::vector<QStringList> rows;
@@ -249,7 +249,7 @@ void TDatabaseDialog::Backup()
         return;
     TOutcome outcome;
     Work(tr("Writing the backup"),
-         [&](const TProgress& progress) { outcome = Backup_Transfer::Write(&d_database, &file, progress); });
+         [&](const TProgress& progress) { outcome = BackupTransfer::Write(&d_database, &file, progress); });
     if (outcome.end != TOutcome::CUT_SHORT) // left on screen it tells
         d_progress->hide();
     Report(tr("Backup"), outcome.end == TOutcome::REFUSED ? outcome : Put_In_Place(&file, outcome));
@@ -264,9 +264,9 @@ void TDatabaseDialog::Restore()
         return;
     QByteArray content;
     TOutcome outcome{TOutcome::REFUSED, 0, {}};
-    if (Whole_File::Read(file_name, &content, &outcome.reason))
+    if (WholeFile::Read(file_name, &content, &outcome.reason))
         Work(tr("Restoring the backup"), [&](const TProgress& progress) {
-            outcome = Backup_Transfer::Read(content, &d_database, progress);
+            outcome = BackupTransfer::Read(content, &d_database, progress);
         });
     Report(tr("Restore"), outcome);
     if (outcome.end == TOutcome::NOT_A_BACKUP)
@@ -284,9 +284,9 @@ void TDatabaseDialog::Export()
     QSaveFile file(Choose_Export_File());
     if (!Open(&file, tr("Export Summary")))
         return;
-    file.write(Backup_File::Summary_Line(Backup_File::Summary_Titles()));
+    file.write(Backup::Summary_Line(Backup::Summary_Titles()));
     for (int row = 0; row < d_summary_table->rowCount(); ++row)
-        file.write(Backup_File::Summary_Line(Row_Cells(d_summary_table, row)));
+        file.write(Backup::Summary_Line(Row_Cells(d_summary_table, row)));
     Report(tr("Export Summary"), Put_In_Place(&file, TOutcome()));
 }
 
@@ -309,11 +309,11 @@ QString TDatabaseDialog::Choose_Export_File()
 
 QLayout* TDatabaseDialog::Create_Buttons()
 {
-    d_backup_button = Create_Button("backup", tr("Backup"), &TDatabaseDialog::Backup);
-    d_restore_button = Create_Button("restore", tr("Restore"), &TDatabaseDialog::Restore);
-    d_load_button = Create_Button("load", tr("Load"), &TDatabaseDialog::Load);
-    d_export_button = Create_Button("export", tr("Export Summary"), &TDatabaseDialog::Export);
-    d_close_button = Create_Button("close", tr("Close"), nullptr);
+    d_backup_button = Create_Button(QStringLiteral("backup"), tr("Backup"), &TDatabaseDialog::Backup);
+    d_restore_button = Create_Button(QStringLiteral("restore"), tr("Restore"), &TDatabaseDialog::Restore);
+    d_load_button = Create_Button(QStringLiteral("load"), tr("Load"), &TDatabaseDialog::Load);
+    d_export_button = Create_Button(QStringLiteral("export"), tr("Export Summary"), &TDatabaseDialog::Export);
+    d_close_button = Create_Button(QStringLiteral("close"), tr("Close"), nullptr);
     connect(d_close_button, &QPushButton::clicked, this, &QWidget::close);
 
     auto* row = new QHBoxLayout;
@@ -337,7 +337,7 @@ QPushButton* TDatabaseDialog::Create_Button(const QString& name, const QString& 
     return button;
 }
 
-// Nothing that changes the database or its connection may come between a backup or restore.
+// Nothing may change the database or its connection during a backup or restore.
 bool TDatabaseDialog::Is_Ready() const
 {
     return d_database.Is_Connected() && !d_busy;
@@ -350,8 +350,8 @@ bool TDatabaseDialog::Open(QSaveFile* file, const QString& command)
     const QString name = file->fileName();
     if (name.isEmpty())
         return false;
-    if (!Kept_Copies::Is_Database_Or_Copy(d_database_file, name))
-        return Whole_File::Open(file);
+    if (!KeptCopies::Is_Database_Or_Copy(d_database_file, name))
+        return WholeFile::Open(file);
     Report(command, {TOutcome::REFUSED, 0, tr("'%1' is the database or a copy of it").arg(name)});
     return false;
 }
@@ -399,7 +399,7 @@ void TDatabaseDialog::Work(const QString& text, const std::function<void(const T
 {
     if (!d_progress) {
         d_progress = new TWorkProgress(this);
-        d_progress->setObjectName("progress");
+        d_progress->setObjectName(QStringLiteral("progress"));
         d_progress->setWindowTitle(windowTitle());
     }
     Set_Busy(true);
@@ -409,8 +409,8 @@ void TDatabaseDialog::Work(const QString& text, const std::function<void(const T
     Set_Busy(false);
 }
 
-// What the main window tells of a command; nothing after one that went well. One that ended in silence leaves
-// what an earlier one has to tell.
+// Keeps what the main window is to tell of a command. After a success there is nothing to tell. A command
+// that was cancelled leaves what an earlier one has to tell.
 void TDatabaseDialog::Report(const QString& command, const TOutcome& outcome)
 {
     if (outcome.end == TOutcome::COMPLETE)
@@ -421,5 +421,5 @@ void TDatabaseDialog::Report(const QString& command, const TOutcome& outcome)
                          : outcome.end == TOutcome::CUT_SHORT
                              ? tr("was cut short")
                              : tr("left out %1 of the sets").arg(outcome.left_out);
-    d_failures.insert(command, QString("%1 %2: %3").arg(command, what, outcome.reason));
+    d_failures.insert(command, QStringLiteral("%1 %2: %3").arg(command, what, outcome.reason));
 }

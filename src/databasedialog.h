@@ -23,7 +23,7 @@ class TDatabaseDialog : public QDialog
     Q_OBJECT
 
 public:
-    explicit TDatabaseDialog(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+    explicit TDatabaseDialog(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
 
     /// Opens the database file, which is created where it is missing, and lists its sets.
     bool Connect_To_Database(const QString& file);
@@ -31,8 +31,8 @@ public:
     bool Add_Database_Item(const TDatabaseItem& item);
     /// Why the last of these two failed.
     const QString& Last_Error() const { return d_last_error; }
-    /// What failed since exec() was called, and was not done well after that. The commands themselves end in
-    /// silence.
+    /// Which commands failed since exec() was called and did not succeed later, and why. The commands
+    /// themselves end in silence.
     QStringList Failures() const { return d_failures.values(); }
     /// The positions of the set that was loaded last.
     const std::vector<Types::TBallbar_Item>& Ballbar_Items() const { return d_ballbar_items; }
@@ -77,8 +77,8 @@ private:
     void Update_Buttons();
     void Set_Busy(bool busy);
     void Work(const QString& text,
-              const std::function<void(const Backup_Transfer::TProgress& progress)>& work);
-    void Report(const QString& command, const Backup_Transfer::TOutcome& outcome);
+              const std::function<void(const BackupTransfer::TProgress& progress)>& work);
+    void Report(const QString& command, const BackupTransfer::TOutcome& outcome);
 
     QPushButton* d_backup_button{nullptr};
     QPushButton* d_restore_button{nullptr};

@@ -10,8 +10,8 @@ TDatabaseItem::TDatabaseItem()
     // Read the clock once, so that midnight cannot fall between date and time. Some languages write a
     // no-break space before AM and PM; restoring a backup would turn it into a blank and so into another key.
     const QDateTime now = QDateTime::currentDateTime();
-    d_date = now.toString("yyyy MMM dd").simplified();
-    d_time = now.toString("hh:mm:ss AP").simplified();
+    d_date = now.toString(QStringLiteral("yyyy MMM dd")).simplified();
+    d_time = now.toString(QStringLiteral("hh:mm:ss AP")).simplified();
 }
 
 void TDatabaseItem::Add_Ballbar(const Types::TBallbar_Item& item)

@@ -11,9 +11,9 @@
 #include "panelarea.h"
 #include "panellayout.h"
 #include "report.h"
+#include "settings.h"
 #include "tolerancewidget.h"
 
-#include <QAbstractButton>
 #include <QAction>
 #include <QCloseEvent>
 #include <QDockWidget>
@@ -26,29 +26,10 @@
 #include <QScreen>
 #include <QSettings>
 #include <QSplitter>
-#include <QStyle>
 #include <QToolBar>
 #include <QToolButton>
 
-namespace
-{
-
-/// Makes a panel wide enough for the title of its dock, and gives the keyboard the title's buttons.
-void Fit_To_Title(QWidget* panel, const QDockWidget* dock)
-{
-    const int margin = dock->style()->pixelMetric(QStyle::PM_DockWidgetTitleMargin, nullptr, dock);
-    int width = dock->fontMetrics().horizontalAdvance(dock->windowTitle()) + 6 * margin;
-    const auto buttons = dock->findChildren<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly);
-    for (QAbstractButton* button : buttons) {
-        button->setFocusPolicy(Qt::TabFocus);
-        width += button->sizeHint().width();
-    }
-    panel->setMinimumWidth(width);
-}
-
-} // namespace
-
-TKelvora::TKelvora(QWidget const* parent, QFlags<Qt::WindowType> flags)
+TKelvora::TKelvora(const QWidget* parent, Qt::WindowFlags flags)
     : QMainWindow(const_cast<QWidget*>(parent), flags)
 {
     setAcceptDrops(true);
@@ -64,7 +45,6 @@ TKelvora::TKelvora(QWidget const* parent, QFlags<Qt::WindowType> flags)
     Create_Menus();
     Apply_Settings(TSettings::Read(*d_settings));
     Create_Dialogs();
-    Update_Actions();
     Connect_Signals();
 }
 
@@ -87,6 +67,8 @@ void TKelvora::Create_Actions()
         create(tr("Save to Database"), tr("Add ballbar measurement to database."), ":/menu/database_add.png");
     d_quit_action = new QAction(tr("Quit"), this);
     d_quit_action->setShortcut(QKeySequence::Quit);
+    d_new_action->setEnabled(false);
+    d_add_to_database_action->setEnabled(false);
 }
 
 void TKelvora::Create_Tool_Bar()
@@ -135,9 +117,10 @@ void TKelvora::Add_Dock(QWidget* panel, const QString& title, const char* object
     auto* dock = new QDockWidget(title, this);
     dock->setObjectName(QLatin1String(object_name));
     dock->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
-    dock->setWidget(new TPanelArea(panel));
+    auto* panel_area = new TPanelArea(panel);
+    dock->setWidget(panel_area);
     addDockWidget(area, dock);
-    Fit_To_Title(panel, dock);
+    panel_area->Fit_To_Title(dock);
 }
 
 void TKelvora::Create_Menus()
@@ -249,12 +232,6 @@ QString TKelvora::Choose_Measurement_File(const QString& directory)
                                         tr("Ballbar Measurement File(*.dat)"));
 }
 
-void TKelvora::Update_Actions()
-{
-    d_new_action->setEnabled(d_set_shown);
-    d_add_to_database_action->setEnabled(d_set_unsaved);
-}
-
 void TKelvora::Clear_Display()
 {
     d_display->Clear_BallBars();
@@ -272,9 +249,8 @@ void TKelvora::Show_Error(const QString& text)
 void TKelvora::Menu_New()
 {
     Clear_Display();
-    d_set_shown = false;
-    d_set_unsaved = false;
-    Update_Actions();
+    d_new_action->setEnabled(false);
+    d_add_to_database_action->setEnabled(false);
 }
 
 void TKelvora::Menu_Import_Ballbar()
@@ -296,15 +272,14 @@ void TKelvora::Menu_Add_To_Database()
         Show_Error(d_database_dialog->Last_Error());
         return;
     }
-    d_set_unsaved = false;
-    Update_Actions();
+    d_add_to_database_action->setEnabled(false);
 }
 
 void TKelvora::Menu_Show_Database()
 {
     d_database_dialog->exec();
-    const QStringList failures =
-        d_database_dialog->Failures(); // the dialog itself ends its commands silently
+    // The dialog itself ends its commands silently.
+    const QStringList failures = d_database_dialog->Failures();
     for (const QString& failure : failures)
         Show_Error(failure);
 }
@@ -320,7 +295,7 @@ void TKelvora::Menu_About()
     d_message_box->exec();
 }
 
-void TKelvora::Import_Ballbar_Data(QString const& path)
+void TKelvora::Import_Ballbar_Data(const QString& path)
 {
     Clear_Display();
     if (!d_ballbar_data.Load_Data(path)) {
@@ -329,9 +304,8 @@ void TKelvora::Import_Ballbar_Data(QString const& path)
     }
     if (path.contains(QLatin1Char('/')))
         d_working_directory = path.left(qMax(1, path.lastIndexOf(QLatin1Char('/'))));
-    d_set_shown = true;
-    d_set_unsaved = true;
-    Update_Actions();
+    d_new_action->setEnabled(true);
+    d_add_to_database_action->setEnabled(true);
     Update_Display(true);
 }
 
@@ -344,9 +318,8 @@ void TKelvora::Load_From_Database()
     for (const Types::TBallbar_Item& item : items)
         d_ballbar_data.Add_Ballbar(item);
     d_ballbar_data.Update_Stats();
-    d_set_shown = true;
-    d_set_unsaved = false;
-    Update_Actions();
+    d_new_action->setEnabled(true);
+    d_add_to_database_action->setEnabled(false); // it is there already
     Update_Display(true);
 }
 
@@ -356,8 +329,10 @@ void TKelvora::Ballbar_Item_Clicked(int index)
         d_measurement_widget->Enable_Display(false);
         return;
     }
-    d_measurement_widget->Show_Position(d_ballbar_data.Ballbar_Item(index), d_ballbar_data.Mean_Length(),
-                                        d_ballbar_data.Median_Length());
+    const Types::TBallbar_Item position = d_ballbar_data.Ballbar_Item(index);
+    const double length = position.Length();
+    d_measurement_widget->Show_Position(position, length - d_ballbar_data.Mean_Length(),
+                                        length - d_ballbar_data.Median_Length());
     d_display->Clear_Selection();
     d_display->Set_Selection(index);
 }

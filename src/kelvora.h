@@ -2,7 +2,6 @@
 #pragma once
 
 #include "ballbardata.h"
-#include "settings.h"
 
 #include <QMainWindow>
 
@@ -17,6 +16,7 @@ class TMessageBox;
 class TOpenGLDisplayWidget;
 class TToleranceWidget;
 struct TReport;
+struct TSettings;
 
 /// The main window. It builds and connects the parts and hands the measurement set to them; what it shows is
 /// computed elsewhere.
@@ -25,7 +25,7 @@ class TKelvora : public QMainWindow
     Q_OBJECT
 
 public:
-    explicit TKelvora(QWidget const* parent = nullptr, QFlags<Qt::WindowType> flags = Qt::WindowFlags());
+    explicit TKelvora(const QWidget* parent = nullptr, Qt::WindowFlags flags = {});
 
 public slots:
     /// Clears what is shown. The set itself stays until the next import or load.
@@ -39,7 +39,7 @@ public slots:
     void Menu_About();
 
     /// Replaces the set by the positions of a measurement file, or shows in the report why it cannot.
-    void Import_Ballbar_Data(QString const& path);
+    void Import_Ballbar_Data(const QString& path);
 
     /// Takes over the set that the database dialog has loaded; an empty one leaves the display alone.
     void Load_From_Database();
@@ -62,6 +62,24 @@ protected:
     virtual QString Choose_Measurement_File(const QString& directory);
 
 private:
+    void Create_Actions();
+    void Create_Tool_Bar();
+    void Create_Central_Widget();
+    void Create_Docks();
+    void Add_Dock(QWidget* panel, const QString& title, const char* object_name, Qt::DockWidgetArea area);
+    void Create_Menus();
+    void Create_Dialogs();
+    void Apply_Settings(const TSettings& settings);
+    void Connect_Signals();
+    void Save_Settings();
+
+    void Clear_Display();
+
+    /// Appends "ERR:  " and the text to the report and brings it to the user's eyes.
+    void Show_Error(const QString& text);
+    void Show_Bars(const TReport& report);
+    void Select_Position(int index);
+
     QAction* d_new_action;
     QAction* d_import_action;
     QAction* d_quit_action;
@@ -82,26 +100,4 @@ private:
     TBallBarData d_ballbar_data;
     QString d_settings_directory;
     QString d_working_directory; ///< where the import dialog opens
-
-    bool d_set_shown{false};   ///< there is something that New would clear
-    bool d_set_unsaved{false}; ///< the set on display came from a file and is not in the database
-
-    void Create_Actions();
-    void Create_Tool_Bar();
-    void Create_Central_Widget();
-    void Create_Docks();
-    void Add_Dock(QWidget* panel, const QString& title, const char* object_name, Qt::DockWidgetArea area);
-    void Create_Menus();
-    void Create_Dialogs();
-    void Apply_Settings(const TSettings& settings);
-    void Connect_Signals();
-    void Save_Settings();
-
-    void Update_Actions();
-    void Clear_Display();
-
-    /// Appends "ERR:  " and the text to the report and brings it to the user's eyes.
-    void Show_Error(const QString& text);
-    void Show_Bars(const TReport& report);
-    void Select_Position(int index);
 };

@@ -29,27 +29,28 @@ bool Bring_To_Disk(const QString& path)
 
 } // namespace
 
-QString Kept_Copies::File_Name(const QString& database_file, const QDateTime& moment)
+QString KeptCopies::File_Name(const QString& database_file, const QDateTime& moment)
 {
     const QFileInfo file(database_file);
     // The C locale, because a language may bring digits of its own.
-    const QString stamp = QLocale::c().toString(moment, "yyyy-MM-dd_hh-mm-ss-zzz");
-    const QString name = file.dir().absoluteFilePath(file.completeBaseName() + "_" + stamp + ".db");
+    const QString stamp = QLocale::c().toString(moment, QStringLiteral("yyyy-MM-dd_hh-mm-ss-zzz"));
+    const QString name =
+        file.dir().absoluteFilePath(QStringLiteral("%1_%2.db").arg(file.completeBaseName(), stamp));
     return QFile::exists(name) ? File_Name(database_file, moment.addMSecs(1)) : name;
 }
 
-QString Kept_Copies::Unfinished_File(const QString& database_file)
+QString KeptCopies::Unfinished_File(const QString& database_file)
 {
-    return database_file + ".copy";
+    return database_file + QLatin1String(".copy");
 }
 
-QStringList Kept_Copies::List(const QString& database_file)
+QStringList KeptCopies::List(const QString& database_file)
 {
     const QFileInfo file(database_file);
-    const QRegularExpression copy_name("^" + QRegularExpression::escape(file.completeBaseName()) +
-                                       "_\\d{4}(-\\d\\d){2}_(\\d\\d-){3}\\d{3}\\.db$");
+    const QRegularExpression copy_name(QStringLiteral("^%1_\\d{4}(-\\d\\d){2}_(\\d\\d-){3}\\d{3}\\.db$")
+                                           .arg(QRegularExpression::escape(file.completeBaseName())));
     QStringList copies;
-    const QStringList names = file.dir().entryList({"*.db"}, QDir::Files, QDir::Name);
+    const QStringList names = file.dir().entryList({QStringLiteral("*.db")}, QDir::Files, QDir::Name);
     for (const QString& name : names) {
         if (copy_name.match(name).hasMatch())
             copies.append(file.dir().absoluteFilePath(name));
@@ -57,7 +58,7 @@ QStringList Kept_Copies::List(const QString& database_file)
     return copies;
 }
 
-bool Kept_Copies::Is_Database_Or_Copy(const QString& database_file, const QString& file)
+bool KeptCopies::Is_Database_Or_Copy(const QString& database_file, const QString& file)
 {
     const QString path = QFileInfo(file).canonicalFilePath();
     const QStringList measurements = List(database_file) << database_file;
@@ -67,13 +68,13 @@ bool Kept_Copies::Is_Database_Or_Copy(const QString& database_file, const QStrin
            });
 }
 
-bool Kept_Copies::Put_In_Place(const QString& written_file, const QString& final_file)
+bool KeptCopies::Put_In_Place(const QString& written_file, const QString& final_file)
 {
     return Bring_To_Disk(written_file) && QFile::rename(written_file, final_file) &&
            Bring_To_Disk(QFileInfo(final_file).path());
 }
 
-void Kept_Copies::Remove_Old(const QString& database_file, int count, const QString& newest)
+void KeptCopies::Remove_Old(const QString& database_file, int count, const QString& newest)
 {
     QStringList copies = List(database_file);
     std::rotate(copies.begin(), std::upper_bound(copies.begin(), copies.end(), newest), copies.end());
@@ -81,19 +82,20 @@ void Kept_Copies::Remove_Old(const QString& database_file, int count, const QStr
         QFile::remove(copies[i]);
 }
 
-void Kept_Copies::Remove_Leftovers(const QString& database_file)
+void KeptCopies::Remove_Leftovers(const QString& database_file)
 {
     QFile::remove(Unfinished_File(database_file));
-    QFile::remove(Unfinished_File(database_file) + "-journal");
+    QFile::remove(Unfinished_File(database_file) + QLatin1String("-journal"));
 
     // QSaveFile writes under the final name and six letters. Younger ones may be still at work.
     const QDateTime yesterday = QDateTime::currentDateTime().addDays(-1);
-    const QString six_letters(".[A-Za-z][A-Za-z][A-Za-z][A-Za-z][A-Za-z][A-Za-z]");
-    const QFileInfoList files = QFileInfo(database_file)
-                                    .dir()
-                                    .entryInfoList({"*.backup" + six_letters, "*.csv" + six_letters,
-                                                    "kelvora_settings.ini" + six_letters},
-                                                   QDir::Files);
+    const QString six_letters = QStringLiteral(".[A-Za-z][A-Za-z][A-Za-z][A-Za-z][A-Za-z][A-Za-z]");
+    const QFileInfoList files =
+        QFileInfo(database_file)
+            .dir()
+            .entryInfoList({QStringLiteral("*.backup") + six_letters, QStringLiteral("*.csv") + six_letters,
+                            QStringLiteral("kelvora_settings.ini") + six_letters},
+                           QDir::Files);
     for (const QFileInfo& file : files) {
         if (file.lastModified() < yesterday)
             QFile::remove(file.filePath());

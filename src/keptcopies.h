@@ -5,9 +5,9 @@
 #include <QStringList>
 
 /// Dated copies of a database file, kept beside it: "ballbar_data.db" has copies named
-/// "ballbar_data_2026-03-04_10-15-02-123.db". The functions that remove files are to be called by who has
-/// locked the database, so that no other process is at work on them.
-namespace Kept_Copies
+/// "ballbar_data_2026-03-04_10-15-02-123.db". The functions that remove files are called only while the
+/// database is locked, so that no other process is at work on them.
+namespace KeptCopies
 {
 
 /// The path of a copy of `database_file` made at `moment`; where there is one already, of the next
@@ -30,4 +30,4 @@ void Remove_Old(const QString& database_file, int count, const QString& newest);
 /// a day, unfinished backups, exported summaries and settings.
 void Remove_Leftovers(const QString& database_file);
 
-} // namespace Kept_Copies
+} // namespace KeptCopies

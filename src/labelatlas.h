@@ -34,14 +34,14 @@ public:
 private:
     struct TPicture
     {
-        QSize size;    ///< of the box in logical pixels
-        int sheet{-1}; ///< on which it is painted, -1 for none
-        QRect place;   ///< on the sheet, in device pixels
+        QSize size;    // of the box in logical pixels
+        int sheet{-1}; // on which it is painted, -1 for none
+        QRect place;   // on the sheet, in device pixels
     };
     struct TBox
     {
         QString name;
-        QPoint corner; ///< in device pixels
+        QPoint corner; // in device pixels
         TPicture picture;
     };
 
@@ -51,13 +51,13 @@ private:
     void Copy_Boxes(QPainter* painter) const;
     void Paint_Box(QPainter* painter, const TBox& box) const;
 
-    QSize d_View;
-    QFont d_Font;
-    double d_Ratio{1.0};
-    QHash<QString, TPicture> d_Pictures;
-    std::vector<QPixmap> d_Sheets;
-    QPoint d_Free;             ///< where on the last sheet the next picture goes
-    int d_RowHeight{0};        ///< of the row there
-    std::vector<TBox> d_Boxes; ///< of the frame
-    QImage d_Image;            ///< of the view, for many boxes
+    QSize d_view;
+    QFont d_font;
+    double d_ratio{1.0};
+    QHash<QString, TPicture> d_pictures;
+    std::vector<QPixmap> d_sheets;
+    QPoint d_free;             // where on the last sheet the next picture goes
+    int d_row_height{0};       // of the row there
+    std::vector<TBox> d_boxes; // of the frame
+    QImage d_image;            // of the view, for many boxes
 };

@@ -17,17 +17,17 @@ namespace
 constexpr double SHORTEST_AXIS = 10.0; // mm
 constexpr int LIMIT_DECIMALS = 3;
 
-/// Reads one limit as Qt does, for the true minus sign of a number pasted from a document, and without the
-/// no-break and thin blanks that part its thousands.
+// Reads one limit as Qt does, for the true minus sign of a number pasted from a document, and without the
+// no-break and thin blanks that part its thousands.
 double Read_Limit(const QLineEdit* field)
 {
-    static const QRegularExpression parting_blanks(QStringLiteral("[\\x{a0}\\x{2007}\\x{2009}\\x{202f}]"));
-    constexpr double largest = TMachineWidget::LARGEST_LIMIT;
-    const double limit = field->text().remove(parting_blanks).toDouble();
-    return std::isfinite(limit) ? qBound(-largest, limit, largest) : 0.0;
+    static const QRegularExpression PARTING_BLANKS(QStringLiteral("[\\x{a0}\\x{2007}\\x{2009}\\x{202f}]"));
+    const double limit = field->text().remove(PARTING_BLANKS).toDouble();
+    return std::isfinite(limit) ? qBound(-TMachineWidget::LARGEST_LIMIT, limit, TMachineWidget::LARGEST_LIMIT)
+                                : 0.0;
 }
 
-/// Reads one axis, bounds in either order.
+// Reads one axis, bounds in either order.
 void Read_Axis(const QLineEdit* min_edit, const QLineEdit* max_edit, double* minimum, double* maximum)
 {
     const double a = Read_Limit(min_edit);

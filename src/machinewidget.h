@@ -26,7 +26,7 @@ public:
     /// No machine is a kilometre long: larger numbers, either sign, count as this one, mm.
     static constexpr double LARGEST_LIMIT = 1e6;
 
-    explicit TMachineWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+    explicit TMachineWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
 
     /// The typed volume: text that is no number reads as 0, bounds in the wrong order are swapped, and no
     /// axis is shorter than 10 mm. The fields themselves are not corrected.

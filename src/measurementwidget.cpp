@@ -9,6 +9,9 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include <utility>
+#include <vector>
+
 namespace
 {
 
@@ -30,12 +33,12 @@ QFrame* Separator(QWidget* parent)
 TMeasurementWidget::TMeasurementWidget(QWidget* parent, Qt::WindowFlags flags)
     : QWidget(parent, flags), d_name_edit(Create_Field("name")), d_length_edit(Create_Field("length")),
       d_mean_deviation_edit(Create_Field("mean_deviation")),
-      d_median_deviation_edit(Create_Field("median_deviation")), d_probe_x_edit(Create_Field("probe_x")),
-      d_probe_y_edit(Create_Field("probe_y")), d_probe_z_edit(Create_Field("probe_z")),
+      d_median_deviation_edit(Create_Field("median_deviation")), d_sphere1_x_edit(Create_Field("sphere1_x")),
       d_sphere1_y_edit(Create_Field("sphere1_y")), d_sphere1_z_edit(Create_Field("sphere1_z")),
-      d_sphere1_x_edit(Create_Field("sphere1_x")), d_sphere1_form_edit(Create_Field("sphere1_form")),
-      d_sphere2_form_edit(Create_Field("sphere2_form")), d_sphere2_z_edit(Create_Field("sphere2_z")),
-      d_sphere2_x_edit(Create_Field("sphere2_x")), d_sphere2_y_edit(Create_Field("sphere2_y"))
+      d_sphere1_form_edit(Create_Field("sphere1_form")), d_sphere2_x_edit(Create_Field("sphere2_x")),
+      d_sphere2_y_edit(Create_Field("sphere2_y")), d_sphere2_z_edit(Create_Field("sphere2_z")),
+      d_sphere2_form_edit(Create_Field("sphere2_form")), d_probe_x_edit(Create_Field("probe_x")),
+      d_probe_y_edit(Create_Field("probe_y")), d_probe_z_edit(Create_Field("probe_z"))
 {
     d_name_edit->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     Fill_Layout(Create_Grid(this));
@@ -55,46 +58,32 @@ QLineEdit* TMeasurementWidget::Create_Field(const char* object_name)
 
 void TMeasurementWidget::Fill_Layout(QGridLayout* layout)
 {
-    const struct
-    {
-        QString label;
-        QLineEdit* field; ///< none: a separator
-    } rows[] = {{tr("Selected Position:"), d_name_edit},
-                {QString(), nullptr},
-                {tr("Length:"), d_length_edit},
-                {tr("Dev. From Mean:"), d_mean_deviation_edit},
-                {tr("Dev. From Median:"), d_median_deviation_edit},
-                {QString(), nullptr},
-                {tr("Sphere 1 X:"), d_sphere1_x_edit},
-                {tr("Sphere 1 Y:"), d_sphere1_y_edit},
-                {tr("Sphere 1 Z:"), d_sphere1_z_edit},
-                {tr("Sphere 1 Form:"), d_sphere1_form_edit},
-                {QString(), nullptr},
-                {tr("Sphere 2 X:"), d_sphere2_x_edit},
-                {tr("Sphere 2 Y:"), d_sphere2_y_edit},
-                {tr("Sphere 2 Z:"), d_sphere2_z_edit},
-                {tr("Sphere 2 Form:"), d_sphere2_form_edit},
-                {QString(), nullptr},
-                {tr("Probe Offset X:"), d_probe_x_edit},
-                {tr("Probe Offset Y:"), d_probe_y_edit},
-                {tr("Probe Offset Z:"), d_probe_z_edit},
-                {QString(), nullptr}};
-
-    QWidget* previous = nullptr;
-    int line = 0;
-    for (const auto& row : rows) {
-        if (row.field == nullptr) {
-            layout->addWidget(Separator(this), line++, 0, 1, 2);
-            continue;
-        }
-        Add_Row(layout, line++, row.label, row.field);
-        setTabOrder(previous, row.field);
-        previous = row.field;
+    const std::vector<std::pair<QString, QLineEdit*>> groups[] = {
+        {{tr("Selected Position:"), d_name_edit}},
+        {{tr("Length:"), d_length_edit},
+         {tr("Dev. From Mean:"), d_mean_deviation_edit},
+         {tr("Dev. From Median:"), d_median_deviation_edit}},
+        {{tr("Sphere 1 X:"), d_sphere1_x_edit},
+         {tr("Sphere 1 Y:"), d_sphere1_y_edit},
+         {tr("Sphere 1 Z:"), d_sphere1_z_edit},
+         {tr("Sphere 1 Form:"), d_sphere1_form_edit}},
+        {{tr("Sphere 2 X:"), d_sphere2_x_edit},
+         {tr("Sphere 2 Y:"), d_sphere2_y_edit},
+         {tr("Sphere 2 Z:"), d_sphere2_z_edit},
+         {tr("Sphere 2 Form:"), d_sphere2_form_edit}},
+        {{tr("Probe Offset X:"), d_probe_x_edit},
+         {tr("Probe Offset Y:"), d_probe_y_edit},
+         {tr("Probe Offset Z:"), d_probe_z_edit}}};
+    int row = 0;
+    for (const auto& group : groups) {
+        for (const auto& [label, field] : group)
+            Add_Row(layout, row++, label, field);
+        layout->addWidget(Separator(this), row++, 0, 1, 2);
     }
     auto* unit_label = new QLabel(tr("Reported values in mm."), this);
     unit_label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    layout->addWidget(unit_label, line, 0, 1, 2);
-    Add_Stretch(layout, line + 1);
+    layout->addWidget(unit_label, row, 0, 1, 2);
+    Add_Stretch(layout, row + 1);
 }
 
 void TMeasurementWidget::Enable_Display(bool state)
@@ -107,14 +96,14 @@ void TMeasurementWidget::Enable_Display(bool state)
         field->clear();
 }
 
-void TMeasurementWidget::Show_Position(const Types::TBallbar_Item& position, double mean, double median)
+void TMeasurementWidget::Show_Position(const Types::TBallbar_Item& position, double mean_deviation,
+                                       double median_deviation)
 {
-    const double length = position.Length();
     Enable_Display(true);
     Set_Position_Name(position.name);
-    Set_Length(length);
-    Set_Mean_Deviation(length - mean);
-    Set_Median_Deviation(length - median);
+    Set_Length(position.Length());
+    Set_Mean_Deviation(mean_deviation);
+    Set_Median_Deviation(median_deviation);
     Set_Sphere1(position.sph1, position.sph1_form);
     Set_Sphere2(position.sph2, position.sph2_form);
     Set_Probe(position.tool);

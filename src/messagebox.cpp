@@ -7,7 +7,7 @@
 namespace
 {
 
-/// The box's texts are black by markup, so the box is light on dark desktops too.
+// The box's texts are black by markup, so the box is light on dark desktops too.
 QPalette Light_Palette()
 {
     const QColor window(239, 239, 239);

@@ -81,34 +81,31 @@ protected:
     void Render_Scene(TTriad* triad);
     void Render_Labels(const TTriad& triad);
 
-    std::vector<TBallBar> d_BallBars;
-    TOpenGLVertexBuffer d_VertexBuffers;
-    QOpenGLShaderProgram* d_LitProgram{nullptr};
-    QOpenGLShaderProgram* d_FlatProgram{nullptr};
-    int d_LitColor{-1};
-    int d_LitSpecular{-1};
-    int d_LitOffset{-1};
-    int d_LitVertex{-1};
-    int d_LitNormal{-1};
-    int d_MachineBuffer{-1};
-    int d_FlatColor{-1};
-    int d_FlatVertex{-1};
-    TVector3 d_MachineMinimum;
-    TVector3 d_MachineMaximum;
-    TVector3 d_TriadOrigin;
-    double d_TriadSize{0.0};
+    std::vector<TBallBar> d_ballbars;
+    TOpenGLVertexBuffer d_vertex_buffers;
+    QOpenGLShaderProgram* d_lit_program{nullptr};
+    QOpenGLShaderProgram* d_flat_program{nullptr};
+    int d_lit_color{-1};
+    int d_lit_specular{-1};
+    int d_lit_offset{-1};
+    int d_lit_vertex{-1};
+    int d_lit_normal{-1};
+    int d_machine_buffer{-1};
+    int d_flat_color{-1};
+    int d_flat_vertex{-1};
+    TVector3 d_machine_minimum;
+    TVector3 d_machine_maximum;
+    TVector3 d_triad_origin;
+    double d_triad_size{0.0};
 
 private:
-    struct TLook;
-
     void Create_Meshes(TBallBar* bar);
     void Remove_Meshes();
-    int Store(int size, const double* values);
     void Render_Bar(const TBallBar& bar);
     void Render_Probes(const TBallBar& bar);
-    void Render_Mesh(const TBallBar& bar, int slot, const TLook& look);
+    void Render_Mesh(const TBallBar& bar, int slot, const TVector3& color, double specular, double alpha);
     void Render_Flat(GLenum mode, unsigned int size, const TVector3& color, double* vertices);
 
-    int d_Level;
-    TLabelAtlas d_Labels;
+    int d_level;
+    TLabelAtlas d_labels;
 };

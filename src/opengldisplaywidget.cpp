@@ -33,8 +33,8 @@ QString Too_Old_Message(const QString& version_text, const QString& extensions_t
              Heading(TOpenGLDisplayWidget::tr("OpenGL Extensions:")), extensions_text.toHtmlEscaped());
 }
 
-/// Text that stays readable on the white frame whatever the desktop's colours are. Each child gets it by
-/// itself: below a style sheet palettes are not inherited.
+// Text that stays readable on the white frame whatever the desktop's colours are. Each child gets it by
+// itself: below a style sheet palettes are not inherited.
 QPalette Black_On_White(QPalette palette)
 {
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
@@ -44,8 +44,8 @@ QPalette Black_On_White(QPalette palette)
     return palette;
 }
 
-/// The frame's style sheet has no selector and whitens the tips of its buttons too, whose text may be white
-/// on the desktop: both colours of theirs.
+// The frame's style sheet has no selector, so it whitens the tool tips too. On a dark desktop their text is
+// white: the tips get both colours.
 const QString TIP_STYLE = QStringLiteral("QToolTip { color: black; background-color: rgb(255, 255, 220); "
                                          "border: 1px solid black; padding: 1px; }");
 
@@ -68,25 +68,25 @@ TOpenGLDisplayWidget::TOpenGLDisplayWidget(const QWidget* parent, Qt::WindowFlag
     else
         Create_View(layout);
 
-    d_ScaleToFit = Add_Button(layout, 0, tr("Scale to Fit"), QStringLiteral("tb_scale_to_fit"));
-    d_Pan = Add_Button(layout, 1, tr("Pan Mode"), QStringLiteral("tb_pan"));
-    d_Rotate2d = Add_Button(layout, 2, tr("Rotate 2D Mode"), QStringLiteral("tb_rotate2d"));
-    d_Rotate3d = Add_Button(layout, 3, tr("Rotate 3D Mode"), QStringLiteral("tb_rotate3d"));
+    d_scale_to_fit = Add_Button(layout, 0, tr("Scale to Fit"), QStringLiteral("tb_scale_to_fit"));
+    d_pan = Add_Button(layout, 1, tr("Pan Mode"), QStringLiteral("tb_pan"));
+    d_rotate2d = Add_Button(layout, 2, tr("Rotate 2D Mode"), QStringLiteral("tb_rotate2d"));
+    d_rotate3d = Add_Button(layout, 3, tr("Rotate 3D Mode"), QStringLiteral("tb_rotate3d"));
     layout->addItem(new QSpacerItem(0, 0, QSizePolicy::Minimum, QSizePolicy::Expanding), 4, 1);
-    for (QToolButton* button : {d_Pan, d_Rotate2d, d_Rotate3d})
+    for (QToolButton* button : {d_pan, d_rotate2d, d_rotate3d})
         button->setCheckable(true);
-    d_Pan->setChecked(true);
-    connect(d_ScaleToFit, &QToolButton::clicked, this, &TOpenGLDisplayWidget::Scale_To_Fit);
-    connect(d_Pan, &QToolButton::toggled, this, &TOpenGLDisplayWidget::Pan);
-    connect(d_Rotate2d, &QToolButton::toggled, this, &TOpenGLDisplayWidget::Rotate2d);
-    connect(d_Rotate3d, &QToolButton::toggled, this, &TOpenGLDisplayWidget::Rotate3d);
+    d_pan->setChecked(true);
+    connect(d_scale_to_fit, &QToolButton::clicked, this, &TOpenGLDisplayWidget::Scale_To_Fit);
+    connect(d_pan, &QToolButton::toggled, this, &TOpenGLDisplayWidget::Pan);
+    connect(d_rotate2d, &QToolButton::toggled, this, &TOpenGLDisplayWidget::Rotate2d);
+    connect(d_rotate3d, &QToolButton::toggled, this, &TOpenGLDisplayWidget::Rotate3d);
 }
 
 void TOpenGLDisplayWidget::Add_BallBar(int index, const QString& name, const TVector3& sphere1,
                                        const TVector3& sphere2, const TVector3& probe, bool first_flag,
                                        bool second_flag)
 {
-    if (!d_Display)
+    if (!d_display)
         return;
     TOpenGLDisplay::TBallBar bar;
     bar.index = index;
@@ -97,40 +97,40 @@ void TOpenGLDisplayWidget::Add_BallBar(int index, const QString& name, const TVe
     bar.sphere2 = sphere2;
     bar.label = BallBarMeshes::Label_Position(sphere1, sphere2);
     bar.probe = probe;
-    d_Display->Add_BallBar(bar);
+    d_display->Add_BallBar(bar);
 }
 
 void TOpenGLDisplayWidget::Define_Machine_Volume(const TVector3& minimum, const TVector3& maximum)
 {
-    if (d_Display)
-        d_Display->Define_Machine_Volume(minimum, maximum);
+    if (d_display)
+        d_display->Define_Machine_Volume(minimum, maximum);
 }
 
 void TOpenGLDisplayWidget::Clear_BallBars()
 {
-    if (d_Display)
-        d_Display->Clear_BallBars();
+    if (d_display)
+        d_display->Clear_BallBars();
 }
 
 void TOpenGLDisplayWidget::Set_Selection(int index)
 {
-    if (d_Display)
-        d_Display->Set_Selection(index);
+    if (d_display)
+        d_display->Set_Selection(index);
 }
 
 void TOpenGLDisplayWidget::Clear_Selection()
 {
-    if (d_Display)
-        d_Display->Clear_Selection();
+    if (d_display)
+        d_display->Clear_Selection();
 }
 
 void TOpenGLDisplayWidget::Update(bool fit)
 {
-    if (!d_Display)
+    if (!d_display)
         return;
     if (fit)
-        d_Display->d_FitRequested = true;
-    d_Display->update();
+        d_display->d_FitRequested = true;
+    d_display->update();
 }
 
 void TOpenGLDisplayWidget::Scale_To_Fit()
@@ -140,17 +140,17 @@ void TOpenGLDisplayWidget::Scale_To_Fit()
 
 void TOpenGLDisplayWidget::Pan(bool)
 {
-    Set_Mode(d_Pan); // also when it was unchecked: one mode is always on
+    Set_Mode(d_pan); // also when it was unchecked: one mode is always on
 }
 
 void TOpenGLDisplayWidget::Rotate2d(bool checked)
 {
-    Set_Mode(checked ? d_Rotate2d : d_Pan);
+    Set_Mode(checked ? d_rotate2d : d_pan);
 }
 
 void TOpenGLDisplayWidget::Rotate3d(bool checked)
 {
-    Set_Mode(checked ? d_Rotate3d : d_Pan);
+    Set_Mode(checked ? d_rotate3d : d_pan);
 }
 
 void TOpenGLDisplayWidget::Model_Item_Clicked(const double&, const double&, const double&, int item)
@@ -163,11 +163,11 @@ void TOpenGLDisplayWidget::Model_Item_Clicked(const double&, const double&, cons
 void TOpenGLDisplayWidget::paintEvent(QPaintEvent* event)
 {
     QFrame::paintEvent(event);
-    if (!d_Display || !d_Display->hasFocus())
+    if (!d_display || !d_display->hasFocus())
         return;
     QPainter painter(this);
     painter.setPen(QPen(QColor(0, 90, 180), 2));
-    painter.drawRect(d_Display->geometry().adjusted(-1, -1, 1, 1));
+    painter.drawRect(d_display->geometry().adjusted(-1, -1, 1, 1));
 }
 
 bool TOpenGLDisplayWidget::eventFilter(QObject* watched, QEvent* event)
@@ -179,22 +179,22 @@ bool TOpenGLDisplayWidget::eventFilter(QObject* watched, QEvent* event)
 
 void TOpenGLDisplayWidget::Create_Message(QGridLayout* layout, const QString& text)
 {
-    d_Message = new QLabel(text, this);
-    d_Message->setObjectName(QStringLiteral("message"));
-    d_Message->setWordWrap(true);
-    d_Message->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    d_Message->setPalette(Black_On_White(d_Message->palette()));
-    layout->addWidget(d_Message, 0, 0, 6, 1);
+    d_message = new QLabel(text, this);
+    d_message->setObjectName(QStringLiteral("message"));
+    d_message->setWordWrap(true);
+    d_message->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    d_message->setPalette(Black_On_White(d_message->palette()));
+    layout->addWidget(d_message, 0, 0, 6, 1);
 }
 
 void TOpenGLDisplayWidget::Create_View(QGridLayout* layout)
 {
-    d_Display = new TOpenGLDisplay(this);
-    d_Display->setObjectName(QStringLiteral("display"));
-    d_Display->setAccessibleName(tr("Ball bars in the volume of the machine"));
-    d_Display->installEventFilter(this);
-    layout->addWidget(d_Display, 0, 0, 6, 1);
-    connect(d_Display, &TOpenGLWidget::Model_Click_Point, this, &TOpenGLDisplayWidget::Model_Item_Clicked);
+    d_display = new TOpenGLDisplay(this);
+    d_display->setObjectName(QStringLiteral("display"));
+    d_display->setAccessibleName(tr("Ball bars in the volume of the machine"));
+    d_display->installEventFilter(this);
+    layout->addWidget(d_display, 0, 0, 6, 1);
+    connect(d_display, &TOpenGLWidget::Model_Click_Point, this, &TOpenGLDisplayWidget::Model_Item_Clicked);
 }
 
 QToolButton* TOpenGLDisplayWidget::Add_Button(QGridLayout* layout, int row, const QString& tool_tip,
@@ -215,13 +215,13 @@ QToolButton* TOpenGLDisplayWidget::Add_Button(QGridLayout* layout, int row, cons
 
 void TOpenGLDisplayWidget::Set_Mode(const QToolButton* mode)
 {
-    for (QToolButton* button : {d_Pan, d_Rotate2d, d_Rotate3d}) {
+    for (QToolButton* button : {d_pan, d_rotate2d, d_rotate3d}) {
         const QSignalBlocker blocker(button);
         button->setChecked(button == mode);
     }
-    if (!d_Display)
+    if (!d_display)
         return;
-    d_Display->d_PanMode = mode == d_Pan;
-    d_Display->d_Rotate2dMode = mode == d_Rotate2d;
-    d_Display->d_Rotate3dMode = mode == d_Rotate3d;
+    d_display->d_PanMode = mode == d_pan;
+    d_display->d_Rotate2dMode = mode == d_rotate2d;
+    d_display->d_Rotate3dMode = mode == d_rotate3d;
 }

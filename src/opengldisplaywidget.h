@@ -52,10 +52,10 @@ private:
     QToolButton* Add_Button(QGridLayout* layout, int row, const QString& tool_tip, const QString& image);
     void Set_Mode(const QToolButton* mode);
 
-    QToolButton* d_Pan;
-    QToolButton* d_Rotate2d;
-    QToolButton* d_Rotate3d;
-    QToolButton* d_ScaleToFit;
-    QLabel* d_Message{nullptr};         ///< null when there is a view
-    TOpenGLDisplay* d_Display{nullptr}; ///< null when OpenGL is too old
+    QToolButton* d_pan;
+    QToolButton* d_rotate2d;
+    QToolButton* d_rotate3d;
+    QToolButton* d_scale_to_fit;
+    QLabel* d_message{nullptr};         // null when there is a view
+    TOpenGLDisplay* d_display{nullptr}; // null when OpenGL is too old
 };

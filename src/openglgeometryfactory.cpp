@@ -7,9 +7,51 @@
 namespace
 {
 
-/// Takes the plane z = 0 to the plane through `origin` with the unit vector `normal`. For the opposite normal
-/// the x axis turns round and the y axis stays, so that both sides of a disc share their rim to the last bit.
-TMat4 Frame(const TVector3& origin, const TVector3& normal)
+using TVertex = TOpenGLGeometryFactory::TOpenGLTriangleVertex;
+using TMesh = TOpenGLGeometryFactory::TMesh;
+
+// One end of a wall; without a radius it is the tip of a cone.
+struct TRim
+{
+    TMat4 frame;
+    double radius;
+};
+
+// Turned as the frame turns, of unit length. Far from the origin the translation would swallow it.
+TVector3 Direction(TMat4 frame, const TVector3& v)
+{
+    for (const int translation : {3, 7, 11})
+        frame(translation) = 0.0;
+    TVector3 direction = frame * v;
+    return direction.Normal();
+}
+
+// The wall between two ends. Its normals lean towards the thinner one by the slope of the cone.
+void Append_Wall(const TRim& start, const TRim& end, double height, const std::vector<TVector3>& circle,
+                 TMesh* mesh)
+{
+    const auto vertex = [&](const TRim& rim, const TVector3& point) {
+        const TVector3 normal(height * point.x, height * point.y, start.radius - end.radius);
+        return TVertex{rim.frame * (rim.radius * point), Direction(start.frame, normal)};
+    };
+    for (size_t i = 0; i < circle.size(); ++i) {
+        const TVector3& from = circle[i];
+        const TVector3& to = circle[(i + 1) % circle.size()];
+        if (start.radius > 0.0)
+            mesh->insert(mesh->end(), {vertex(start, from), vertex(start, to), vertex(end, to)});
+        if (end.radius > 0.0)
+            mesh->insert(mesh->end(), {vertex(start, from), vertex(end, to), vertex(end, from)});
+    }
+}
+
+} // namespace
+
+bool TOpenGLGeometryFactory::Makes_Shape(double length)
+{
+    return length >= 1e-6 && std::isfinite(length);
+}
+
+TMat4 TOpenGLGeometryFactory::Frame(const TVector3& origin, const TVector3& normal)
 {
     const bool near_x = std::fabs(normal.x) > 0.7;
     TVector3 x_axis = (near_x ? TVector3(0.0, 1.0, 0.0) : TVector3(1.0, 0.0, 0.0)) * normal;
@@ -24,22 +66,6 @@ TMat4 Frame(const TVector3& origin, const TVector3& normal)
         frame(4 * row + 3) = origin(row);
     }
     return frame;
-}
-
-/// Turned as the frame turns, of unit length. Far from the origin the translation would swallow it.
-TVector3 Direction(TMat4 frame, const TVector3& v)
-{
-    for (const int translation : {3, 7, 11})
-        frame(translation) = 0.0;
-    TVector3 direction = frame * v;
-    return direction.Normal();
-}
-
-} // namespace
-
-bool TOpenGLGeometryFactory::Makes_Shape(double length)
-{
-    return length >= 1e-6 && std::isfinite(length);
 }
 
 TVector3 TOpenGLGeometryFactory::Normalize_XY(const TVector3& v) const
@@ -92,38 +118,17 @@ TOpenGLGeometryFactory::TMesh TOpenGLGeometryFactory::RenderCylinder(const TVect
                                                                      const double& start_radius,
                                                                      const double& end_radius) const
 {
-    const double height = Length(end - start);
-    const bool start_is_tip = !Makes_Shape(start_radius);
-    const bool end_is_tip = !Makes_Shape(end_radius);
-    if (d_level < 0 || !Makes_Shape(height) || (start_is_tip && end_is_tip))
+    const double height = (end - start).Length();
+    const double r1 = Makes_Shape(start_radius) ? start_radius : 0.0;
+    const double r2 = Makes_Shape(end_radius) ? end_radius : 0.0;
+    if (d_level < 0 || !Makes_Shape(height) || (r1 == 0.0 && r2 == 0.0))
         return {};
 
-    const double r1 = start_is_tip ? 0.0 : start_radius;
-    const double r2 = end_is_tip ? 0.0 : end_radius;
     const TVector3 axis = (end - start) / height;
-    const TMat4 start_frame = Frame(start, axis);
-    const TMat4 end_frame = Frame(end, axis);
-
     TMesh mesh = RenderCircularPlane(start, axis * -1.0, r1);
     const TMesh end_cap = RenderCircularPlane(end, axis, r2);
     mesh.insert(mesh.end(), end_cap.begin(), end_cap.end());
-
-    const auto wall_vertex = [&](const TMat4& frame, double radius, const TVector3& rim) {
-        // The wall's normal leans towards the thinner end by the slope of the cone.
-        return TOpenGLTriangleVertex{frame * (radius * rim),
-                                     Direction(start_frame, {height * rim.x, height * rim.y, r1 - r2})};
-    };
-    const std::vector<TVector3> circle = Unit_Circle();
-    for (size_t i = 0; i < circle.size(); ++i) {
-        const TVector3& from = circle[i];
-        const TVector3& to = circle[(i + 1) % circle.size()];
-        if (!start_is_tip)
-            mesh.insert(mesh.end(), {wall_vertex(start_frame, r1, from), wall_vertex(start_frame, r1, to),
-                                     wall_vertex(end_frame, r2, to)});
-        if (!end_is_tip)
-            mesh.insert(mesh.end(), {wall_vertex(start_frame, r1, from), wall_vertex(end_frame, r2, to),
-                                     wall_vertex(end_frame, r2, from)});
-    }
+    Append_Wall({Frame(start, axis), r1}, {Frame(end, axis), r2}, height, Unit_Circle(), &mesh);
     return mesh;
 }
 
@@ -140,7 +145,7 @@ void TOpenGLGeometryFactory::RenderPlaneTriangle(const TVector3& a, const TVecto
                                                  TMesh* mesh) const
 {
     TVector3 normal = (b - a) * (c - a);
-    if (!(Length(normal) > std::numeric_limits<double>::epsilon()))
+    if (!(normal.Length() > std::numeric_limits<double>::epsilon()))
         return;
     normal.Normal();
     mesh->insert(mesh->end(), {{a, normal}, {b, normal}, {c, normal}});
@@ -202,7 +207,7 @@ TOpenGLGeometryFactory::TMesh TOpenGLGeometryFactory::Render_Fan(const TVector3&
                                                                  const std::vector<TVector3>& rim) const
 {
     TMesh mesh;
-    const double length = Length(normal);
+    const double length = normal.Length();
     if (!Makes_Shape(radius) || !Makes_Shape(length))
         return mesh;
     const TMat4 frame = Frame(center, normal / length);

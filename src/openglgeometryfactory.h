@@ -22,6 +22,11 @@ public:
     /// Radii and axes below 1e-6, or too long to be measured in a double, make no shape.
     static bool Makes_Shape(double length);
 
+    /// Takes the plane z = 0 to the plane through `origin` with the unit vector `normal`. For the opposite
+    /// normal the x axis turns round and the y axis stays, so that both sides of a disc share their rim to
+    /// the last bit.
+    static TMat4 Frame(const TVector3& origin, const TVector3& normal);
+
     /// Fineness of curved shapes: a sphere has 8 * 4^level triangles, a circle 4 * 2^level corners. A
     /// negative level makes every curved shape empty. A new factory has level 1.
     void Set_Subdivision_Level(int level) { d_level = level; }

@@ -33,5 +33,5 @@ private:
     std::vector<TBufferItem>::const_iterator Find(int id) const;
 
     int d_next_identifier{1};
-    std::vector<TBufferItem> d_items; ///< in creation order, so identifiers ascend
+    std::vector<TBufferItem> d_items; // in creation order, so identifiers ascend
 };

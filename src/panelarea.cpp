@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "panelarea.h"
 
+#include <QAbstractButton>
+#include <QDockWidget>
 #include <QEvent>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QStyle>
 
 TPanelArea::TPanelArea(QWidget* panel)
 {
@@ -16,6 +19,18 @@ TPanelArea::TPanelArea(QWidget* panel)
     const auto fields = panel->findChildren<QLineEdit*>();
     for (QLineEdit* field : fields)
         field->setAcceptDrops(false);
+}
+
+void TPanelArea::Fit_To_Title(const QDockWidget* dock)
+{
+    const int margin = dock->style()->pixelMetric(QStyle::PM_DockWidgetTitleMargin, nullptr, dock);
+    int width = dock->fontMetrics().horizontalAdvance(dock->windowTitle()) + 6 * margin;
+    const auto buttons = dock->findChildren<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QAbstractButton* button : buttons) {
+        button->setFocusPolicy(Qt::TabFocus);
+        width += button->sizeHint().width();
+    }
+    widget()->setMinimumWidth(width);
 }
 
 bool TPanelArea::event(QEvent* event)

@@ -24,7 +24,7 @@ QString Number(double value)
     return Fixed(value, NUMBER_DECIMALS, NUMBER_WIDTH);
 }
 
-/// Collects the report line by line.
+// Collects the report line by line.
 class TText
 {
 public:
@@ -37,7 +37,7 @@ public:
         d_text += line;
     }
 
-    /// `label` ends where the number begins.
+    // `label` ends where the number begins.
     void Append(const char* label, const QString& number, const char* unit = "")
     {
         Append(QLatin1String(label) + number + QLatin1String(unit));
@@ -106,7 +106,7 @@ void Append_Estimated_Range(const TBallBarData& data, TText* text)
     text->Append_Blank();
 }
 
-/// A name as one line of text. Names of stored sets may hold line breaks, which would shift all lines below.
+// A name as one line of text. Names of stored sets may hold line breaks, which would shift all lines below.
 QString Line_Of(QString name)
 {
     for (QChar& c : name) {
@@ -124,11 +124,11 @@ void Append_Positions(const TBallBarData& data, TText* text)
     text->Append_Blank();
     text->Append(QStringLiteral(" Position Name          Length    Mean Dev.  Sph1 Form  Sph2 Form"));
     text->Append_Rule();
-    constexpr QLatin1Char blank(' ');
+    constexpr QLatin1Char BLANK(' ');
     for (const Types::TBallbar_Item& item : data.Ballbar_Items()) {
         const double length = item.Length();
-        text->Append(Line_Of(item.name).leftJustified(NAME_WIDTH) + blank + Number(length) + blank +
-                     Number(length - data.Mean_Length()) + blank + Number(item.sph1_form) + blank +
+        text->Append(Line_Of(item.name).leftJustified(NAME_WIDTH) + BLANK + Number(length) + BLANK +
+                     Number(length - data.Mean_Length()) + BLANK + Number(item.sph1_form) + BLANK +
                      Number(item.sph2_form));
     }
 }
@@ -153,7 +153,7 @@ double Bin_Center(const TBallBarData& data, double bin_width, int bin)
     return data.Minimum_Length() + bin * bin_width;
 }
 
-/// Counts the lengths into bins. Bins are open at both ends: a length exactly between two counts in neither.
+// Counts the lengths into bins. Bins are open at both ends: a length exactly between two counts in neither.
 TBins Count_Bins(const TBallBarData& data, double bin_width)
 {
     TBins bins{};

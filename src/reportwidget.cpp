@@ -14,7 +14,7 @@
 namespace
 {
 
-/// Whether the columns of a text line up. (Some fonts that are fixed-pitch do not say so.)
+// Whether the columns of a text line up. (Some fonts that are fixed-pitch do not say so.)
 bool Is_Fixed_Pitch(const QFont& font)
 {
     const QFontMetricsF letters(font);
@@ -22,7 +22,7 @@ bool Is_Fixed_Pitch(const QFont& font)
                          letters.horizontalAdvance(QLatin1Char('W')));
 }
 
-/// "Courier New", or where neither it nor what the system takes for it is fixed-pitch, one that is.
+// "Courier New", or where neither it nor what the system takes for it is fixed-pitch, one that is.
 QFont Report_Font()
 {
     QFont font(QStringLiteral("Courier New"));
@@ -37,7 +37,7 @@ QFont Report_Font()
 
 constexpr double SMALLEST_LETTERS = 7.0; // points
 
-/// The width of the report in pixels.
+// The width of the report in pixels.
 double Width(const QFont& font)
 {
     return QFontMetricsF(font).horizontalAdvance(QString(REPORT_WIDTH, QLatin1Char('-')));
@@ -55,6 +55,7 @@ TReportWidget::TReportWidget(QWidget* parent) : QPlainTextEdit(parent)
     document()->setDocumentMargin(2);
     Update_Colors();
     setAccessibleName(tr("Analysis"));
+    connect(qApp, &QApplication::fontChanged, this, &TReportWidget::Fit_Letters);
 }
 
 void TReportWidget::changeEvent(QEvent* event)
@@ -88,8 +89,8 @@ void TReportWidget::resizeEvent(QResizeEvent* event)
     Fit_Letters();
 }
 
-// Letters of the usual size, or as much smaller as the columns of the report need, to have none of them
-// behind a scroll bar. Where even the smallest ones do not help, they stay as they are.
+// Letters of the usual size, or so much smaller that all columns of the report are seen without scrolling.
+// Where even the smallest ones do not help, they have the usual size.
 void TReportWidget::Fit_Letters()
 {
     const double room = width() - 2.0 * frameWidth() - verticalScrollBar()->sizeHint().width() -

@@ -21,55 +21,49 @@ int Limited(int pixels)
     return qBound(-LARGEST_COORDINATE, pixels, LARGEST_COORDINATE);
 }
 
-void Read(const QSettings& store, const char* key, double* value)
+// What is stored becomes the value. Where it makes no sense, the value stays as it is.
+void Take(const QVariant& stored, double* value)
 {
-    *value = Decimal_Or(store.value(QLatin1String(key)).toString(), *value);
+    *value = Decimal_Or(stored.toString(), *value);
 }
 
-void Read_Machine_Limit(const QSettings& store, const char* key, double* value)
+void Take(const QVariant& stored, QPoint* value)
 {
-    Read(store, key, value);
-    *value = qBound(-TMachineWidget::LARGEST_LIMIT, *value, TMachineWidget::LARGEST_LIMIT);
-}
-
-void Read(const QSettings& store, const char* key, QPoint* value)
-{
-    const QVariant stored = store.value(QLatin1String(key));
     if (stored.type() == QVariant::Point)
         *value = {Limited(stored.toPoint().x()), Limited(stored.toPoint().y())};
 }
 
-void Read(const QSettings& store, const char* key, QSize* value)
+void Take(const QVariant& stored, QSize* value)
 {
-    const QVariant stored = store.value(QLatin1String(key));
     if (stored.type() == QVariant::Size)
         *value = {Limited(stored.toSize().width()), Limited(stored.toSize().height())};
 }
 
-void Read_Height(const QSettings& store, const char* key, int* value)
+void Take(const QVariant& stored, int* value)
 {
     bool valid = false;
-    const int stored = store.value(QLatin1String(key)).toInt(&valid);
-    if (valid && stored >= 0)
-        *value = Limited(stored);
+    const int height = stored.toInt(&valid);
+    if (valid && height >= 0)
+        *value = Limited(height);
 }
 
-void Write(const TSettings& settings, QSettings* store)
+// Calls `visit` with the key and the place of every setting: to read them as well as to write them.
+template<typename TValues, typename TVisit> void For_Each(TValues* settings, TVisit visit)
 {
-    store->setValue(QStringLiteral("Mainwindow_Position"), settings.position);
-    store->setValue(QStringLiteral("Mainwindow_Size"), settings.size);
-    store->setValue(QStringLiteral("Graphic_Window_Height"), settings.graphic_height);
-    store->setValue(QStringLiteral("Analysis_Window_Height"), settings.analysis_height);
-    store->setValue(QStringLiteral("Tolerance_A"), settings.tolerance_a);
-    store->setValue(QStringLiteral("Tolerance_B"), settings.tolerance_b);
-    store->setValue(QStringLiteral("Tolerance_C"), settings.tolerance_c);
-    store->setValue(QStringLiteral("Tolerance_D"), settings.tolerance_d);
-    store->setValue(QStringLiteral("Machine_Min_X"), settings.machine.x_min);
-    store->setValue(QStringLiteral("Machine_Max_X"), settings.machine.x_max);
-    store->setValue(QStringLiteral("Machine_Min_Y"), settings.machine.y_min);
-    store->setValue(QStringLiteral("Machine_Max_Y"), settings.machine.y_max);
-    store->setValue(QStringLiteral("Machine_Min_Z"), settings.machine.z_min);
-    store->setValue(QStringLiteral("Machine_Max_Z"), settings.machine.z_max);
+    visit("Mainwindow_Position", &settings->position);
+    visit("Mainwindow_Size", &settings->size);
+    visit("Graphic_Window_Height", &settings->graphic_height);
+    visit("Analysis_Window_Height", &settings->analysis_height);
+    visit("Tolerance_A", &settings->tolerance_a);
+    visit("Tolerance_B", &settings->tolerance_b);
+    visit("Tolerance_C", &settings->tolerance_c);
+    visit("Tolerance_D", &settings->tolerance_d);
+    visit("Machine_Min_X", &settings->machine.x_min);
+    visit("Machine_Max_X", &settings->machine.x_max);
+    visit("Machine_Min_Y", &settings->machine.y_min);
+    visit("Machine_Max_Y", &settings->machine.y_max);
+    visit("Machine_Min_Z", &settings->machine.z_min);
+    visit("Machine_Max_Z", &settings->machine.z_max);
 }
 
 // What the settings file is to hold: these settings and whatever else `old` knows. QSettings writes files
@@ -81,7 +75,8 @@ QByteArray Ini_Text(const TSettings& settings, const QSettings& old)
     const QStringList keys = old.allKeys();
     for (const QString& key : keys)
         store.setValue(key, old.value(key));
-    Write(settings, &store);
+    For_Each(&settings,
+             [&store](const char* key, const auto* value) { store.setValue(QLatin1String(key), *value); });
     store.sync();
     QFile file(store.fileName());
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -92,24 +87,16 @@ QByteArray Ini_Text(const TSettings& settings, const QSettings& old)
 TSettings TSettings::Read(const QSettings& store)
 {
     TSettings settings;
-    ::Read(store, "Mainwindow_Position", &settings.position);
-    ::Read(store, "Mainwindow_Size", &settings.size);
-    Read_Height(store, "Graphic_Window_Height", &settings.graphic_height);
-    Read_Height(store, "Analysis_Window_Height", &settings.analysis_height);
+    For_Each(&settings,
+             [&store](const char* key, auto* value) { Take(store.value(QLatin1String(key)), value); });
     if (settings.graphic_height + settings.analysis_height == 0) { // both panes closed: nothing would be seen
         settings.graphic_height = TSettings().graphic_height;
         settings.analysis_height = TSettings().analysis_height;
     }
-    ::Read(store, "Tolerance_A", &settings.tolerance_a);
-    ::Read(store, "Tolerance_B", &settings.tolerance_b);
-    ::Read(store, "Tolerance_C", &settings.tolerance_c);
-    ::Read(store, "Tolerance_D", &settings.tolerance_d);
-    Read_Machine_Limit(store, "Machine_Min_X", &settings.machine.x_min);
-    Read_Machine_Limit(store, "Machine_Max_X", &settings.machine.x_max);
-    Read_Machine_Limit(store, "Machine_Min_Y", &settings.machine.y_min);
-    Read_Machine_Limit(store, "Machine_Max_Y", &settings.machine.y_max);
-    Read_Machine_Limit(store, "Machine_Min_Z", &settings.machine.z_min);
-    Read_Machine_Limit(store, "Machine_Max_Z", &settings.machine.z_max);
+    TMachineWidget::TDimensions& machine = settings.machine;
+    for (double* limit :
+         {&machine.x_min, &machine.x_max, &machine.y_min, &machine.y_max, &machine.z_min, &machine.z_max})
+        *limit = qBound(-TMachineWidget::LARGEST_LIMIT, *limit, TMachineWidget::LARGEST_LIMIT);
     return settings;
 }
 
@@ -119,7 +106,7 @@ bool TSettings::Store(const QString& file) const
     const QByteArray text = Ini_Text(*this, QSettings(file, QSettings::IniFormat));
     QSaveFile saved(file);
     return !text.isEmpty() && saved.open(QIODevice::WriteOnly) && saved.write(text) == text.size() &&
-           Whole_File::Put_In_Place(&saved).isEmpty();
+           WholeFile::Put_In_Place(&saved).isEmpty();
 }
 
 QString Settings_Directory()

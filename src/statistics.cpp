@@ -25,6 +25,7 @@ TStatistics Length_Statistics(const std::vector<Types::TBallbar_Item>& items)
     if (items.size() < 2)
         return statistics;
 
+    // Sample standard deviation in two passes: the mean first, then the squares of the deviations from it.
     double squares = 0.0;
     for (const Types::TBallbar_Item& item : items) {
         const double deviation = item.Length() - statistics.mean;

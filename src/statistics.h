@@ -15,8 +15,8 @@ struct TStatistics
     double standard_deviation{0.0}; ///< sample form, divisor n - 1; 0 for fewer than two positions
 };
 
-/// The statistics of the items' lengths. The deviation takes a second pass about the mean, which keeps its
-/// digits where lengths are large and spreads small.
+/// The statistics of the items' lengths. The standard deviation is computed in two passes, which keeps its
+/// digits where lengths are large and spreads are small.
 TStatistics Length_Statistics(const std::vector<Types::TBallbar_Item>& items);
 
 /// The width of the range that holds nearly all lengths: three standard deviations, centred on the mean.

@@ -31,7 +31,35 @@ QString Subheading(const QString& text)
         QStringLiteral("<span style=\"font-weight:600; text-decoration: underline;\">%1</span>").arg(text));
 }
 
+// One of the forms that an expression may have.
+QString Form(const QString& title, const QString& explanation, const QString& example)
+{
+    return Subheading(title) + Paragraph(explanation) + Paragraph(example);
+}
+
 } // namespace
+
+QString TToleranceHelpDialog::Help_Text()
+{
+    return QStringLiteral("<html><body style=\"font-family:'Arial'; font-size:10pt;\">") +
+           Heading(tr("Tolerance Expression Formats")) +
+           Paragraph(tr("The tolerance expression can be in one of the supported forms.  The supported forms "
+                        "are listed below:")) +
+           Form(tr("Fixed Value"),
+                tr("Tolerances are entered, in metric, as a single value.  The tolerance is independent of "
+                   "the measurement length."),
+                tr("Example:  0.010")) +
+           Form(tr("Length Dependent Expression"),
+                tr("Tolerances are entered, in metric, as an expression that includes the length.  The "
+                   "expression consists of a constant and length dependent components."),
+                tr("Example:  0.010 + 0.020L/1200")) +
+           Form(tr("Length Dependent Expression with Limit"),
+                tr("Tolerances are entered, in metric, as an expression that includes the length and a "
+                   "maximum value.  The expression consists of a constant and length dependent components "
+                   "followed by the upper limit."),
+                tr("Example:  0.010 + 0.020L/1200 | 0.020")) +
+           QStringLiteral("</body></html>");
+}
 
 TToleranceHelpDialog::TToleranceHelpDialog(QWidget* parent, Qt::WindowFlags flags) : QDialog(parent, flags)
 {
@@ -40,26 +68,7 @@ TToleranceHelpDialog::TToleranceHelpDialog(QWidget* parent, Qt::WindowFlags flag
     text->setAccessibleName(tr("Tolerance Help"));
     // A caret shows who has the focus.
     text->setTextInteractionFlags(text->textInteractionFlags() | Qt::TextSelectableByKeyboard);
-    text->setHtml(
-        QStringLiteral("<html><body style=\"font-family:'Arial'; font-size:10pt;\">") +
-        Heading(tr("Tolerance Expression Formats")) +
-        Paragraph(
-            tr("The tolerance expression can be in one of the supported forms.  The supported forms are "
-               "listed below:")) +
-        Subheading(tr("Fixed Value")) +
-        Paragraph(
-            tr("Tolerances are entered, in metric, as a single value.  The tolerance is independent of the "
-               "measurement length.")) +
-        Paragraph(tr("Example:  0.010")) + Subheading(tr("Length Dependent Expression")) +
-        Paragraph(tr("Tolerances are entered, in metric, as an expression that includes the length.  The "
-                     "expression consists of a constant and length dependent components.")) +
-        Paragraph(tr("Example:  0.010 + 0.020L/1200")) +
-        Subheading(tr("Length Dependent Expression with Limit")) +
-        Paragraph(
-            tr("Tolerances are entered, in metric, as an expression that includes the length and a maximum "
-               "value.  The expression consists of a constant and length dependent components followed by "
-               "the upper limit.")) +
-        Paragraph(tr("Example:  0.010 + 0.020L/1200 | 0.020")) + QStringLiteral("</body></html>"));
+    text->setHtml(Help_Text());
 
     auto* close_button = new QPushButton(tr("Close"), this);
     close_button->setObjectName(QStringLiteral("close"));

@@ -9,5 +9,8 @@ class TToleranceHelpDialog : public QDialog
     Q_OBJECT
 
 public:
-    explicit TToleranceHelpDialog(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+    explicit TToleranceHelpDialog(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
+
+private:
+    static QString Help_Text();
 };

@@ -27,15 +27,15 @@ QString Tolerance_Text(double value)
     return Fixed(value, TOLERANCE_DECIMALS);
 }
 
-/// The texts that `pattern` captures in the whole of `expression`; none where it does not match.
+// The texts that `pattern` captures in the whole of `expression`; none where it does not match.
 QStringList Captures(const char* pattern, const QString& expression)
 {
     const QRegularExpressionMatch match = QRegularExpression(QLatin1String(pattern)).match(expression);
     return match.hasMatch() ? match.capturedTexts().mid(1) : QStringList();
 }
 
-/// Marks a field whose text cannot be used. The background is fixed, so the text gets its own colour too:
-/// it has to be readable on a dark desktop as well.
+// Marks a field whose text cannot be used. The background is fixed, so the text gets its own colour too:
+// it has to be readable on a dark desktop as well.
 void Mark_Invalid(QLineEdit* field, bool invalid)
 {
     field->setStyleSheet(QString()); // brings back the palette from before it was set, so it goes first

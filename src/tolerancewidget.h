@@ -16,7 +16,7 @@ class TToleranceWidget : public QWidget
     Q_OBJECT
 
 public:
-    explicit TToleranceWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+    explicit TToleranceWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
 
     /// Derives the expression from the four coefficients that the owner has written.
     void Update();
@@ -55,6 +55,11 @@ private slots:
     void Show_Expression_Menu(const QPoint& position);
 
 private:
+    void Create_Layout();
+    QLayout* Create_Button_Layout();
+    QLineEdit* Create_Result_Field(const char* object_name);
+    bool Parse_Expression(const QString& expression);
+
     QWidget* d_results_group;
     QLineEdit* d_expression_edit;
     QLineEdit* d_range_edit;
@@ -75,9 +80,4 @@ public:
 
 private:
     double d_tolerance_length{0.0};
-
-    void Create_Layout();
-    QLayout* Create_Button_Layout();
-    QLineEdit* Create_Result_Field(const char* object_name);
-    bool Parse_Expression(const QString& expression);
 };

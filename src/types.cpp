@@ -3,5 +3,5 @@
 
 double Types::TBallbar_Item::Length() const
 {
-    return ::Length(sph2 - sph1);
+    return (sph2 - sph1).Length();
 }

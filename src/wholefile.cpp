@@ -20,13 +20,13 @@ bool Fail(const QString& text, QString* error)
 
 } // namespace
 
-bool Whole_File::Read(const QString& file_name, QByteArray* content, QString* error)
+bool WholeFile::Read(const QString& file_name, QByteArray* content, QString* error)
 {
     const QFileInfo info(file_name);
     if (info.exists() && !info.isFile()) // a pipe would be waited for
-        return Fail(QCoreApplication::translate("Whole_File", "'%1' is not a file").arg(file_name), error);
+        return Fail(QCoreApplication::translate("WholeFile", "'%1' is not a file").arg(file_name), error);
     if (info.size() > LARGEST_FILE)
-        return Fail(QCoreApplication::translate("Whole_File", "'%1' is larger than 2 GB").arg(file_name),
+        return Fail(QCoreApplication::translate("WholeFile", "'%1' is larger than 2 GB").arg(file_name),
                     error);
     QFile file(file_name);
     if (!file.open(QIODevice::ReadOnly))
@@ -35,13 +35,13 @@ bool Whole_File::Read(const QString& file_name, QByteArray* content, QString* er
     return file.error() == QFile::NoError || Fail(file.errorString(), error);
 }
 
-bool Whole_File::Open(QSaveFile* file)
+bool WholeFile::Open(QSaveFile* file)
 {
     file->setDirectWriteFallback(true);
     return file->open(QIODevice::WriteOnly);
 }
 
-QString Whole_File::Put_In_Place(QSaveFile* file)
+QString WholeFile::Put_In_Place(QSaveFile* file)
 {
     QString error;
     if (!file->flush() || ::fsync(file->handle()) != 0) { // commit() would not notice

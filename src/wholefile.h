@@ -7,7 +7,7 @@ class QByteArray;
 class QSaveFile;
 
 /// Files that are read as a whole, and files that appear when they are whole.
-namespace Whole_File
+namespace WholeFile
 {
 
 /// Reads a file. Returns false with an `error` where it is no regular file, larger than 2 GB or cannot be
@@ -21,4 +21,4 @@ bool Open(QSaveFile* file);
 /// file stays. Returns why that failed; nothing where all is well.
 QString Put_In_Place(QSaveFile* file);
 
-} // namespace Whole_File
+} // namespace WholeFile

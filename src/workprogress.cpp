@@ -7,7 +7,8 @@
 #include <algorithm>
 #include <limits>
 
-// Without the button that Qt would create: its Escape key stays, and of two keys Qt takes none.
+// Qt is not asked to create the button: its Escape key would stay when ours takes its place, and of two keys
+// Qt obeys neither.
 TWorkProgress::TWorkProgress(QWidget* parent) : QProgressDialog(QString(), QString(), 0, 1, parent)
 {
     auto* cancel = new QPushButton(tr("Cancel"));
@@ -17,7 +18,7 @@ TWorkProgress::TWorkProgress(QWidget* parent) : QProgressDialog(QString(), QStri
     setMinimumDuration(std::numeric_limits<int>::max());
     setAutoReset(false);
     setAutoClose(false);
-    // Escape and the window's own button hide it at any time, unless they are kept from it.
+    // Escape and the window's own button would hide it at any time. reject() decides.
     disconnect(this, SIGNAL(canceled()), this, SLOT(cancel())); // finds only connections made in this form
     connect(this, &QProgressDialog::canceled, this, &TWorkProgress::reject);
 }
@@ -34,9 +35,9 @@ void TWorkProgress::Begin(const QString& text)
 void TWorkProgress::Set_Done(int done, int all)
 {
     // In steps that can be seen: the bar lays its text out anew with each value.
-    constexpr qint64 steps = 500;
+    constexpr qint64 STEPS = 500;
     setMaximum(all);
-    if (done == all || done * steps / std::max(all, 1) != value() * steps / std::max(all, 1))
+    if (done == all || done * STEPS / std::max(all, 1) != value() * STEPS / std::max(all, 1))
         setValue(done);
     QCoreApplication::processEvents();
 }

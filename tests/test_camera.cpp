@@ -47,7 +47,7 @@ TEST(Camera, FitFillsTheSmallerSide)
             const double larger = std::max({extent.x, extent.y, 1e-6});
             EXPECT_NEAR(camera.projection(0) * larger * width / 2, std::min(width, 600), 1e-9);
             EXPECT_NEAR(camera.projection(5) * larger * 600 / 2, std::min(width, 600), 1e-9);
-            EXPECT_NEAR(Length(Device(camera, (low + high) / 2.0)), 0.0, 1e-6);
+            EXPECT_NEAR(Device(camera, (low + high) / 2.0).Length(), 0.0, 1e-6);
             EXPECT_EQ(camera.projection(10), -0.25 / std::max(extent.z, 1e-6)); // larger eye z are in front
             for (const auto& [w, h] : {std::pair{500, 500}, {1500, 500}, {500, 1000}}) { // the longer shrinks
                 camera.Keep_Pixels_Square(w, h);
@@ -65,13 +65,13 @@ TEST(Camera, RotationKeepsItsCenter)
         const TVector3 center = camera.Rotation_Center(depth);
         // The point is under the middle of the viewport, on the surface or in mid depth.
         const TVector3 start = Device(camera, center * -1.0);
-        EXPECT_NEAR(Length(start - TVector3(0, 0, run % 2 ? 2 * depth - 1 : 0)), 0.0, 1e-9);
+        EXPECT_NEAR((start - TVector3(0, 0, run % 2 ? 2 * depth - 1 : 0)).Length(), 0.0, 1e-9);
         for (int i = 0; i < 20; ++i) {
             camera.Rotate_3d(2 + 3 * i, run - 60);
             camera.Rotate_2d({100, 3}, {90, 20});
             camera.Recenter(center);
         }
-        EXPECT_NEAR(Length(Device(camera, center * -1.0)), 0.0, 1e-6);
+        EXPECT_NEAR(Device(camera, center * -1.0).Length(), 0.0, 1e-6);
     }
 }
 
@@ -82,10 +82,10 @@ TEST(Camera, MovesFollowTheCursor)
     const TVector3 front = start.model * TVector3(0, 0, 100); // nearest to the viewer
     const double angle = 0.02 * (1 + std::log(30.0));
     camera.Rotate_3d(18, 24);
-    EXPECT_NEAR(Length(Eye(camera, front) - TVector3(60, 80, 0) * std::sin(angle)), 100 * std::cos(angle),
+    EXPECT_NEAR((Eye(camera, front) - TVector3(60, 80, 0) * std::sin(angle)).Length(), 100 * std::cos(angle),
                 1e-9);
     camera = start;
     EXPECT_FALSE(camera.Rotate_2d({5, 0}, {20, 20}));
     EXPECT_TRUE(camera.Rotate_2d({100, 0}, {80, 60}));
-    EXPECT_NEAR(Length(Eye(camera, start.model * TVector3(10, 0, 0)) - TVector3(8, 6, 0)), 0.0, 1e-9);
+    EXPECT_NEAR((Eye(camera, start.model * TVector3(10, 0, 0)) - TVector3(8, 6, 0)).Length(), 0.0, 1e-9);
 }

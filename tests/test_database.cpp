@@ -449,14 +449,14 @@ TEST_F(Database, KeepsFiveCopies)
     ASSERT_TRUE(old.setFileTime(QDateTime::fromSecsSinceEpoch(0), QFile::FileModificationTime));
     for (int i = 1; i <= 7; ++i) {
         EXPECT_EQ(Replace({i}), QString("done: a=%1").arg(i));
-        EXPECT_EQ(Kept_Copies::List(d_file).size(), std::min(i, 5));
+        EXPECT_EQ(KeptCopies::List(d_file).size(), std::min(i, 5));
     }
-    Open(Kept_Copies::List(d_file)[0]);
+    Open(KeptCopies::List(d_file)[0]);
     EXPECT_EQ(Count("a"), "2");
     Open(d_file);
     const QDateTime moment({2026, 12, 31}, {23, 59, 59, 999});
-    const QString taken = Write(Kept_Copies::File_Name(d_file, moment), "");
-    EXPECT_EQ(Kept_Copies::File_Name(d_file, moment), Path("a[1]_2027-01-01_00-00-00-000.db"));
+    const QString taken = Write(KeptCopies::File_Name(d_file, moment), "");
+    EXPECT_EQ(KeptCopies::File_Name(d_file, moment), Path("a[1]_2027-01-01_00-00-00-000.db"));
     EXPECT_TRUE(QFile::remove(taken));
     // What does not fit leaves nothing behind, and the older copies stay.
     const QStringList files = QDir(d_folder.path()).entryList();
@@ -466,7 +466,7 @@ TEST_F(Database, KeepsFiveCopies)
     for (int i = 1; i <= 5; ++i) // from before the clock was set back
         Write(Path(QString("a[1]_209%1-03-01_10-15-02-123.db").arg(i)), "");
     EXPECT_EQ(Replace({8}), "done: a=8"); // they go first
-    Open(Kept_Copies::List(d_file)[0]);
+    Open(KeptCopies::List(d_file)[0]);
     EXPECT_EQ(Count("a"), "3");
     for (const QString& name : others + leftovers)
         EXPECT_EQ(QFile::exists(Path(name)), others.contains(name)) << name.toStdString();
@@ -497,11 +497,11 @@ TEST_F(Database, RestoresWhatTheBackupSays)
     };
     const auto no_progress = [](int /*done*/, int /*all*/) {};
     const auto backup_of_restored = [&](const QByteArray& content) {
-        EXPECT_EQ(Backup_Transfer::Read(content, &d_database, no_progress).end,
-                  Backup_Transfer::TOutcome::COMPLETE);
+        EXPECT_EQ(BackupTransfer::Read(content, &d_database, no_progress).end,
+                  BackupTransfer::TOutcome::COMPLETE);
         QBuffer backup;
         backup.open(QIODevice::WriteOnly);
-        EXPECT_EQ(Backup_Transfer::Write(&d_database, &backup, no_progress).left_out, 0);
+        EXPECT_EQ(BackupTransfer::Write(&d_database, &backup, no_progress).left_out, 0);
         return backup.data();
     };
     for (const auto& [read, written] : backups) {
@@ -586,8 +586,8 @@ TEST_F(DatabaseDialog, BackupRestoreBackupIsTheSameToTheByte)
     EXPECT_FALSE(QFile::exists(d_file + "-journal"));
     EXPECT_EQ(Rows("SELECT count(*) FROM summary WHERE min_length>300"), QStringList("200"));
     EXPECT_EQ(Rows("PRAGMA locking_mode"), QStringList("normal"));
-    ASSERT_EQ(Kept_Copies::List(d_file).size(), 1);
-    ASSERT_TRUE(d_dialog.Connect_To_Database(Kept_Copies::List(d_file)[0]));
+    ASSERT_EQ(KeptCopies::List(d_file).size(), 1);
+    ASSERT_TRUE(d_dialog.Connect_To_Database(KeptCopies::List(d_file)[0]));
     EXPECT_EQ(Written("backup").count("Entry_Date:later\nEntry_Time:1\nEntry:"), 1);
 }
 
@@ -618,7 +618,7 @@ TEST_F(DatabaseDialog, WhatIsNoBackupChangesNothing)
         EXPECT_EQ(d_dialog.Failures().value(0).right(row[1].size()), row[1]);
     }
     EXPECT_EQ(Stored(), "A|1=2");
-    EXPECT_TRUE(Kept_Copies::List(d_file).isEmpty());
+    EXPECT_TRUE(KeptCopies::List(d_file).isEmpty());
 }
 
 TEST_F(DatabaseDialog, TellsWhatFailed)

@@ -29,8 +29,8 @@ TGraphScaling Types(int horizontal, int vertical, bool y_includes_zero = false)
 void Expect_Range(const TGraphAxis& axis, double low, double high)
 {
     const double error = 1e-9 * (high - low) + 1e-12 * std::abs(high);
-    EXPECT_NEAR(axis.Linear_Value(axis.d_begin), low, error);
-    EXPECT_NEAR(axis.Linear_Value(axis.d_end), high, error);
+    EXPECT_NEAR(axis.Linear_Value(axis.begin), low, error);
+    EXPECT_NEAR(axis.Linear_Value(axis.end), high, error);
 }
 
 TEST(GraphMapping, FitToData)
@@ -53,8 +53,8 @@ TEST(GraphMapping, FitToData)
     for (const auto& [name, points, scaling, x_min, x_max, y_min, y_max] : rows) {
         SCOPED_TRACE(name);
         const TGraphMapping mapping = Fitted(points, scaling);
-        Expect_Range(mapping.d_horizontal, x_min, x_max);
-        Expect_Range(mapping.d_vertical, y_min, y_max);
+        Expect_Range(mapping.horizontal, x_min, x_max);
+        Expect_Range(mapping.vertical, y_min, y_max);
     }
     for (int size = 200; size < 320; ++size) { // the edges of the data are inside, whatever is rounded
         const QRect area(91, 26, size, size);
@@ -74,12 +74,12 @@ TEST(GraphMapping, FitToRect)
         {{-9900, 40}, {30100, 240}, -5000, 15000, 0, 200}, // beyond it
     };
     for (const auto& [first, second, x_min, x_max, y_min, y_max] : rows) {
-        for (const auto fit : {&TGraphMapping::Zoom_To, &TGraphMapping::Fit_To_Rect}) {
+        for (const bool as_linear : {false, true}) {
             SCOPED_TRACE(x_min);
             TGraphMapping mapping = start;
-            (mapping.*fit)(QRect(first, second));
-            Expect_Range(mapping.d_horizontal, x_min, x_max);
-            Expect_Range(mapping.d_vertical, y_min, y_max);
+            mapping.Fit_To_Rect(QRect(first, second), as_linear);
+            Expect_Range(mapping.horizontal, x_min, x_max);
+            Expect_Range(mapping.vertical, y_min, y_max);
         }
     }
 }
@@ -90,19 +90,22 @@ TEST(GraphMapping, LogarithmicAxis)
         const auto mapping = Fitted({{1, -3}, {2e4, 7e5}}, Types(3, 3, true), area);
         EXPECT_LT((mapping.Position(mapping.Value(area.center())) - area.center()).manhattanLength(), 1e-6);
     }
-    const TGraphAxis x = Fitted({{1, 5}, {10000, 500}}, Types(3, 3, true)).d_horizontal;
+    const TGraphAxis x = Fitted({{1, 5}, {10000, 500}}, Types(3, 3, true)).horizontal;
     EXPECT_NEAR(x.Position(1), 100, 1e-9);
     EXPECT_NEAR(x.Value(200), 10, 1e-9);
+    TGraphMapping half = Fitted({{1, 5}, {10000, 500}}, Types(3, 3));
+    half.Fit_To_Rect(QRect(100, 40, 201, 201), true); // what the linear axis of the same range has there
+    Expect_Range(half.horizontal, 1, 5000.5);
     // Data without a usable logarithm still make an axis, from the decade below the smallest positive value.
-    EXPECT_NEAR(Fitted({{-5, 1}, {0, 1}, {20, 2}, {700, 2}}, Types(3, 3)).d_horizontal.Value(100), 10, 1e-9);
+    EXPECT_NEAR(Fitted({{-5, 1}, {0, 1}, {20, 2}, {700, 2}}, Types(3, 3)).horizontal.Value(100), 10, 1e-9);
     // Zoomed out for ever, it shows 50 times as much, about the same middle.
     TGraphMapping out = Fitted({{1, 5}, {10000, 500}}, Types(3, 3));
     for (int i = 0; i < 9; ++i)
-        out.Zoom_To(GRAPH.adjusted(-200, -100, 200, 100));
-    EXPECT_NEAR(out.d_horizontal.Log10_End(), 102, 1e-6);
-    EXPECT_NEAR(out.d_horizontal.Log10_Begin(), -98, 1e-6);
+        out.Fit_To_Rect(GRAPH.adjusted(-200, -100, 200, 100), false);
+    EXPECT_NEAR(out.horizontal.Log10_End(), 102, 1e-6);
+    EXPECT_NEAR(out.horizontal.Log10_Begin(), -98, 1e-6);
     for (const double low : {-8.0, 0.0, 1e13, 1e300}) {
-        const TGraphAxis axis = Fitted({{low, 1}, {low + 0.002, 2}}, Types(3, 3)).d_horizontal;
+        const TGraphAxis axis = Fitted({{low, 1}, {low + 0.002, 2}}, Types(3, 3)).horizontal;
         EXPECT_GT(axis.Value(500), axis.Value(100)) << low;
         for (const double value : {low, -5.0})
             EXPECT_TRUE(std::isfinite(axis.Position(value))) << low << ", " << value;
@@ -130,8 +133,8 @@ TEST(GraphTicks, RoundStepsInsideTheAxis)
         const auto format = Graph_Label_Format("%1", type, low, high, 8);
         EXPECT_EQ(State(format.width, format.decimals), State(width, decimals));
         TGraphAxis axis;
-        axis.d_end = length;
-        axis.d_logarithmic = type == GRAPH_SCALE_LOG10;
+        axis.end = length;
+        axis.logarithmic = type == GRAPH_SCALE_LOG10;
         axis.Show(low, high);
         std::string labels;
         for (const TGraphTick& tick : Graph_Ticks(axis, format, spacing)) {

@@ -158,6 +158,9 @@ TEST_F(Kelvora, NothingIsCutOff)
     option.closable = option.floatable = true;
     EXPECT_GE(dock.style()->subElementRect(QStyle::SE_DockWidgetTitleBarText, &option, &dock).width(),
               dock.fontMetrics().horizontalAdvance(dock.windowTitle()));
+    const double letters = Report().font().pointSizeF();
+    QApplication::setFont(QFont(font.family(), 7));
+    EXPECT_LT(Report().font().pointSizeF(), letters) << "the report follows the desktop";
     QApplication::setFont(font);
 }
 

@@ -128,11 +128,11 @@ TEST_F(KelvoraView, ButtonsKeyboardAndScreenReader)
     EXPECT_NE(QAccessible::queryAccessibleInterface(view)->text(QAccessible::Name), "");
     QApplication::setActiveWindow(window.get());
     view->setFocus();
-    const QImage frame = window->findChild<TOpenGLDisplayWidget*>()->grab().toImage();
-    EXPECT_LT(frame.pixelColor(QPoint(1, 9) * frame.devicePixelRatioF()).red(), 100) << "the focus is seen";
     for (const char* const button : {"tb_scale_to_fit", "tb_pan", "tb_rotate2d", "tb_rotate3d"}) {
         QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
-        EXPECT_EQ(window->focusWidget()->objectName(), button);
+        QWidget* focus = window->focusWidget();
+        EXPECT_EQ(focus->objectName(), button);
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(focus)->text(QAccessible::Name), focus->toolTip());
     }
     QTest::keyClick(window->focusWidget(), Qt::Key_Space);
     EXPECT_TRUE(view->d_Rotate3dMode);

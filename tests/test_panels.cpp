@@ -60,7 +60,7 @@ TEST(MeasurementWidget, ShowsOnePosition)
 {
     TMeasurementWidget panel;
     EXPECT_FALSE(panel.isEnabled());
-    panel.Show_Position({"<b>P1</b>", {1, 2, 3}, {-1200, 5, 6}, {7, 8, 9}, 0.00042, 0.0007}, 1201.01, 1200);
+    panel.Show_Position({"<b>P1</b>", {1, 2, 3}, {-1200, 5, 6}, {7, 8, 9}, 0.00042, 0.0007}, -0.0025, 1.0075);
     EXPECT_EQ(Fields(panel, "name", 15),
               "Selected Position:<b>P1</b> Length:1201.0075 Dev. From Mean:-0.0025 Dev. From Median:1.0075 "
               "Sphere 1 X:1.0000 Sphere 1 Y:2.0000 Sphere 1 Z:3.0000 Sphere 1 Form:0.0004 "

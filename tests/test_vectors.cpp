@@ -31,10 +31,8 @@ TEST(Vectors, Arithmetic)
         {List(1.0 + u + v / 2.0 - u * 2.0), {2, 1.5, 1}},
         {List(TVector3(3, 0, 4).Normal()), {3.0 / 5, 0, 4.0 / 5}},
         {List(TVector2(-3, 4).Normal()), {-3.0 / 5, 4.0 / 5}},
-        {{a ^ TVector2(2, 3), u ^ v, Length(TVector3(2, -3, 6))}, {31, 32, 7}},
+        {{a ^ TVector2(2, 3), u ^ v, TVector3(2, -3, 6).Length()}, {31, 32, 7}},
         {List(w), {1, 9, 4}},
-        {List(TVector2()), {0, 0}},
-        {List(TVector3()), {0, 0, 0}},
         {{a(0), a(1), u(0), u(1), u(2)}, {5, 7, 1, 2, 3}},
     };
     for (const auto& [result, expected] : rows)
@@ -59,7 +57,7 @@ TEST(Mat4, RotatesAgainstTheRightHand)
     const double third = 2 * std::acos(-1.0) / 3;
     TMat4 oblique; // a third of a turn about the diagonal takes z to y
     oblique.Rotate(TVector3(1, 1, 1).Normal(), third);
-    EXPECT_NEAR(Length(oblique * TVector3(1, 2, 3) - TVector3(2, 3, 1)), 0.0, 1e-14);
+    EXPECT_NEAR((oblique * TVector3(1, 2, 3) - TVector3(2, 3, 1)).Length(), 0.0, 1e-14);
     TMat4 euler, turns;
     euler.Rotate(0.3, 0.5, 0.7);
     for (const auto& [axis, angle] : {std::pair(TVector3(0, 0, 1), 0.5), {{1, 0, 0}, 0.3}, {{0, 0, 1}, 0.7}})
@@ -71,5 +69,5 @@ TEST(Mat4, RotatesAgainstTheRightHand)
     EXPECT_EQ(same(0), turns(0)); // never squares itself
     TMat4 moved;                  // applied after the rotation, in that order
     moved(3) = 5;
-    EXPECT_NEAR(Length(oblique * moved * TVector3(1, 2, 3) - TVector3(7, 3, 1)), 0.0, 1e-14);
+    EXPECT_NEAR((oblique * moved * TVector3(1, 2, 3) - TVector3(7, 3, 1)).Length(), 0.0, 1e-14);
 }

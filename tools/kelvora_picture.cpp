@@ -28,7 +28,7 @@
 namespace
 {
 
-/// A palette as dark desktops have it.
+// A palette as dark desktops have it.
 QPalette Dark_Palette()
 {
     QPalette palette(QColor(53, 53, 53), QColor(42, 42, 42));
@@ -40,7 +40,7 @@ QPalette Dark_Palette()
     return palette;
 }
 
-/// Lets the window draw itself and answer for a moment.
+// Lets the window draw itself and answer for a moment.
 void Settle()
 {
     QElapsedTimer timer;
@@ -55,7 +55,7 @@ int Fail(const QString& text)
     return 1;
 }
 
-/// A button of any window by its text; null where there is none.
+// A button of any window by its text; null where there is none.
 QAbstractButton* Find_Button(const QString& text)
 {
     const auto widgets = QApplication::allWidgets();
@@ -67,8 +67,8 @@ QAbstractButton* Find_Button(const QString& text)
     return nullptr;
 }
 
-/// Files every measurement file of the directory in the database that the window is going to open, each
-/// under a day of its own.
+// Files every measurement file of the directory in the database that the window is going to open, each
+// under a day of its own.
 bool Fill_Database(const QString& directory)
 {
     QDir::home().mkpath(QStringLiteral(".kelvora"));
@@ -95,7 +95,7 @@ bool Fill_Database(const QString& directory)
     return true;
 }
 
-/// Writes what the screen shows of the widget. (A widget that draws itself leaves out the 3-D view's labels.)
+// Writes what the screen shows of the widget. (A widget that draws itself leaves out the 3-D view's labels.)
 bool Take_Picture(const QWidget& widget, const QString& path)
 {
     const QWidget* window = widget.window();
@@ -105,7 +105,7 @@ bool Take_Picture(const QWidget& widget, const QString& path)
     return all.copy(QRectF(part.topLeft() * ratio, part.size() * ratio).toRect()).save(path);
 }
 
-/// Presses the button that opens a dialog, takes its picture and closes it.
+// Presses the button that opens a dialog, takes its picture and closes it.
 bool Take_Dialog_Picture(QAbstractButton* button, const QString& path)
 {
     bool taken = false;
@@ -126,7 +126,7 @@ bool Take_Dialog_Picture(QAbstractButton* button, const QString& path)
     return taken;
 }
 
-/// Brings the window into the state that the options ask for.
+// Brings the window into the state that the options ask for.
 void Prepare(TKelvora* window, const QCommandLineParser& options)
 {
     if (options.isSet(QStringLiteral("size"))) {
@@ -182,24 +182,13 @@ int Run(const QCommandLineParser& options)
     return report.startsWith(QStringLiteral("ERR:")) ? 1 : 0;
 }
 
-} // namespace
-
-int main(int argc, char* argv[])
+void Describe_Options(QCommandLineParser* options)
 {
-    const QTemporaryDir home; // leaves the user's own settings alone
-    qputenv("HOME", home.path().toLocal8Bit());
-    Q_INIT_RESOURCE(kelvora);
-    QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QApplication application(argc, argv);
-    QApplication::setStyle(QStringLiteral("fusion"));
-
     const QString number = QStringLiteral("number");
-    QCommandLineParser options;
-    options.setApplicationDescription(QStringLiteral("Pictures and reports of Kelvora without a user"));
-    options.addHelpOption();
-    options.addPositionalArgument(QStringLiteral("file"), QStringLiteral("measurement file to import"));
-    options.addOptions(
+    options->setApplicationDescription(QStringLiteral("Pictures and reports of Kelvora without a user"));
+    options->addHelpOption();
+    options->addPositionalArgument(QStringLiteral("file"), QStringLiteral("measurement file to import"));
+    options->addOptions(
         {{QStringLiteral("picture"), QStringLiteral("picture to write"), QStringLiteral("png")},
          {QStringLiteral("part"), QStringLiteral("picture of one widget only"), QStringLiteral("name")},
          {QStringLiteral("dialog"), QStringLiteral("picture of a dialog"), QStringLiteral("button")},
@@ -212,6 +201,22 @@ int main(int argc, char* argv[])
          {QStringLiteral("database"), QStringLiteral("sets to have in the database"),
           QStringLiteral("directory")},
          {QStringLiteral("dark"), QStringLiteral("use a dark palette")}});
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QTemporaryDir home; // leaves the user's own settings alone
+    qputenv("HOME", home.path().toLocal8Bit());
+    Q_INIT_RESOURCE(kelvora);
+    QSurfaceFormat::setDefaultFormat(TOpenGLWidget::Default_Format());
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStringLiteral("fusion"));
+
+    QCommandLineParser options;
+    Describe_Options(&options);
     options.process(application);
     if (options.isSet(QStringLiteral("dark")))
         QApplication::setPalette(Dark_Palette());

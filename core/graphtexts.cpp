@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "graphtexts.h"
+
+#include <QPainter>
+
+void TGraphTexts::Draw(QPainter* painter, const QRect& room, Qt::Alignment alignment, const QString& text)
+{
+    const QStaticText& laid_out = Laid_Out(*painter, text);
+    const QSizeF spare = room.size() - laid_out.size();
+    const auto share = [alignment](Qt::AlignmentFlag middle, Qt::AlignmentFlag end) {
+        return alignment.testFlag(middle) ? 0.5 : alignment.testFlag(end) ? 1.0 : 0.0;
+    };
+    painter->drawStaticText(QPointF(room.x() + spare.width() * share(Qt::AlignHCenter, Qt::AlignRight),
+                                    room.y() + spare.height() * share(Qt::AlignVCenter, Qt::AlignBottom)),
+                            laid_out);
+}
+
+int TGraphTexts::Width(const QPainter& painter, const QString& text)
+{
+    return qRound(Laid_Out(painter, text).size().width());
+}
+
+const QStaticText& TGraphTexts::Laid_Out(const QPainter& painter, const QString& text)
+{
+    const TText* known = d_texts.object(text);
+    if (known == nullptr || known->font != painter.font()) {
+        auto* fresh = new TText{painter.font(), QStaticText(text)};
+        fresh->laid_out.setTextFormat(Qt::PlainText);
+        fresh->laid_out.prepare(painter.transform(), fresh->font);
+        d_texts.insert(text, fresh);
+        known = fresh;
+    }
+    return known->laid_out;
+}
