@@ -126,7 +126,6 @@ TEST(GraphTicks, RoundStepsInsideTheAxis)
         {3, 1, 10, 100, 25, 8, 1, " 1.0 2.0 . . 5.0 . . . . 10.0"},
         {3, 4, 150, 300, 25, 8, 1, " . 5.0 . . . . 10.0 20.0 . . 50.0 . . . . 100.0"},
         {3, 0.01, 2e5, 90, 20, 8, 1, " 0.01 . 1.0 . 100.0 . 10000.0 ."},
-        {3, 1, 1e12, 90, 20, 8, 1, " 1 . . 1000 . . 1e+06 . . 1e+09 . . 1e+12"},
     };
     for (const auto& [type, low, high, length, spacing, width, decimals, expected] : rows) {
         SCOPED_TRACE(testing::Message() << type << ": " << low << " to " << high);
