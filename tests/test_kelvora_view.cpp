@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The main window and its 3-D view together, on a real screen; also run at other scale factors of the
 // desktop.
+#include "ballbardata.h"
 #include "kelvora.h"
 #include "opengldisplay.h"
 #include "opengldisplaywidget.h"
@@ -8,40 +9,17 @@
 
 #include <QAccessible>
 
-namespace
+struct KelvoraView : testing::Test
 {
-
-struct TBar
-{
-    TVector3 sphere1, sphere2;
-    TVector3 Middle() const { return (sphere1 + sphere2) / 2.0; }
-};
-
-/// Twenty bars all over the machine, in several directions and lengths.
-std::vector<TBar> Example_Set()
-{
-    const TVector3 directions[] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 1, 1}, {1, -1, 0}};
-    std::vector<TBar> bars;
-    for (int i = 0; i < 20; ++i) {
-        const TVector3 center(150 + 200 * (i % 4), 150 + 225 * (i / 4), 150 * (i % 3) - 1150);
-        TVector3 axis = directions[i % 5];
-        axis = axis.Normal() * (60.0 + 2.0 * i);
-        bars.push_back({center - axis, center + axis});
-    }
-    return bars;
-}
-
-class KelvoraView : public testing::Test
-{
-protected:
     const QTemporaryDir home;
-    const std::vector<TBar> bars = Example_Set();
+    TBallBarData set;
     std::unique_ptr<TKelvora> window;
     TOpenGLDisplay* view{nullptr};
 
     void SetUp() override
     {
         qputenv("HOME", home.path().toLocal8Bit());
+        ASSERT_TRUE(set.Load_Data(TEST_DATA "/bars.dat"));
         window = std::make_unique<TKelvora>();
         view = &Child<TOpenGLDisplay>(*window, "display");
         window->resize(1600, 1500); // many pixels for each bar: a click is rounded to whole ones
@@ -50,27 +28,21 @@ protected:
     }
     void Import()
     {
-        QString set = "BallBar_V2\n";
-        for (size_t i = 0; i < bars.size(); ++i) {
-            set += QString("P%1,").arg(i);
-            for (const TVector3& p : {bars[i].sphere1, bars[i].sphere2, TVector3()})
-                set += QString(",%1,%2,%3").arg(p.x).arg(p.y).arg(p.z);
-            set += ",0,0\n";
-        }
-        window->Import_Ballbar_Data(Write(home.filePath("set.dat"), set.toLatin1()));
+        window->Import_Ballbar_Data(TEST_DATA "/bars.dat");
         Paint(view);
     }
+    /// Where the view shows a bar.
+    QPointF Middle(int i) { return Pixel(view, (set.Ballbar_Item(i).sph1 + set.Ballbar_Item(i).sph2) / 2.0); }
+    QPointF Sphere(int i) { return Pixel(view, set.Ballbar_Item(i).sph1); }
     QString Name() const { return Child<QLineEdit>(*window, "name").text(); }
     void Click_All()
     {
-        for (size_t i = 0; i < bars.size(); ++i) {
-            Click(view, Pixel(view, bars[i].Middle()));
+        for (int i = 0; i < set.Ballbar_Item_Count(); ++i) {
+            Click(view, Middle(i));
             EXPECT_EQ(Name(), QString("P%1").arg(i));
         }
     }
 };
-
-} // namespace
 
 TEST_F(KelvoraView, EveryBarIsFoundAtItsMiddle)
 {
@@ -89,13 +61,13 @@ TEST_F(KelvoraView, EveryBarIsFoundAtItsMiddle)
 TEST_F(KelvoraView, NoFileStopsTheProgram)
 {
     window->resize(500, 400);
+    const QPointF middle = view->rect().center();
     for (const char* row : {"1e12,1e12,0, 1e12,1e12,500, 0,0,0", "1.2e10,0,0, 1.2e10,0,1.1e-6, 0,0,-80",
                             "1,2,3, 1,2,3, 0,0,-80", "5e-324,0,0, 0,5e-324,0, 5e-324,0,0",
                             "0,0,0, 500,0,0, 1e140,-1e12,1e12", "1e140,1e140,0, -1e140,0,0, 1e140,0,0"}) {
-        const QString path = home.filePath("row.dat");
-        window->Import_Ballbar_Data(Write(path, QByteArray("BallBar_V2\nA,900,") + row + ",0,0\n"));
+        const QByteArray content = QByteArray("BallBar_V2\nA,900,") + row + ",0,0\n";
+        window->Import_Ballbar_Data(Write(home.filePath("row.dat"), content));
         Paint(view);
-        const QPointF middle = view->rect().center();
         Click(view, middle);
         for (const auto key : {Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier})
             Drag(view, Qt::RightButton, {middle + QPointF(20, 0), middle, {0, 0}}, key);
@@ -107,62 +79,55 @@ TEST_F(KelvoraView, NoFileStopsTheProgram)
 TEST_F(KelvoraView, WindowAndViewWorkTogether)
 {
     QImage before = view->grabFramebuffer();
-    Click(view, Pixel(view, bars[0].Middle()));
+    Click(view, Middle(0));
     Paint(view);
     EXPECT_NE(view->grabFramebuffer(), before) << "the bar is highlighted";
     Click(view, {3, 3}); // nothing there: silent
     EXPECT_EQ(Name(), "P0");
 
     // A tolerance keeps the camera, an import and the button fit.
-    const QPointF fitted = Pixel(view, bars[1].sphere1);
+    const QPointF fitted = Sphere(1);
     Wheel(view, 120);
-    const QPointF moved = Pixel(view, bars[1].sphere1);
+    const QPointF moved = Sphere(1);
     EXPECT_NE(moved, fitted);
     Child<QSlider>(*window, "sub_tolerance").setValue(4);
     Paint(view);
-    EXPECT_EQ(Pixel(view, bars[1].sphere1), moved);
+    EXPECT_EQ(Sphere(1), moved);
     Import();
-    EXPECT_LT(QLineF(Pixel(view, bars[1].sphere1), fitted).length(), 1.5);
+    EXPECT_LT(QLineF(Sphere(1), fitted).length(), 1.5);
     Drag(view, Qt::RightButton, {{200, 200}, {215, 210}, {230, 220}}); // follows the pointer
-    EXPECT_LT(QLineF(Pixel(view, bars[1].sphere1), fitted + QPointF(30, 20)).length(), 2.0);
+    EXPECT_LT(QLineF(Sphere(1), fitted + QPointF(30, 20)).length(), 2.0);
     Child<QToolButton>(*window, "tb_scale_to_fit").click();
     Paint(view);
-    EXPECT_LT(QLineF(Pixel(view, bars[1].sphere1), fitted).length(), 1.5);
+    EXPECT_LT(QLineF(Sphere(1), fitted).length(), 1.5);
 
-    window->Menu_New();                         // leaves nothing that could be picked
-    Click(view, Pixel(view, bars[0].Middle())); // but a picture of it until the next paint
+    window->Menu_New();     // leaves nothing that could be picked
+    Click(view, Middle(0)); // but a picture of it until the next paint
     EXPECT_EQ(Name(), "");
     Paint(view);
     before = view->grabFramebuffer();
+    const QPointF before_update = Sphere(1);
     Child<QLineEdit>(*window, "max_z").setText("-200");
     Child<QToolButton>(*window, "update").click();
     Paint(view);
     EXPECT_NE(view->grabFramebuffer(), before) << "the machine's volume is drawn anew";
+    EXPECT_EQ(Sphere(1), before_update) << "from the same place";
 }
 
 TEST_F(KelvoraView, ButtonsKeyboardAndScreenReader)
 {
     const char* const names[] = {"tb_pan", "tb_rotate2d", "tb_rotate3d"};
-    for (const auto& [button, mode] :
-         {std::pair{0, 0}, {2, 2}, {1, 1}, {1, 0}, {2, 2}, {2, 0}, {1, 1}, {0, 0}}) {
+    EXPECT_TRUE(Child<QToolButton>(*window, "tb_pan").isChecked());
+    for (const auto& [button, mode] : {std::pair{0, 0}, {2, 2}, {1, 1}, {1, 0}, {2, 2}, {2, 0}, {0, 0}}) {
         Child<QToolButton>(*window, names[button]).click();
         const bool modes[] = {view->d_PanMode, view->d_Rotate2dMode, view->d_Rotate3dMode};
         for (int i = 0; i < 3; ++i)
-            EXPECT_TRUE(modes[i] == (i == mode) &&
-                        Child<QToolButton>(*window, names[i]).isChecked() == modes[i]);
+            EXPECT_EQ(State(modes[i], Child<QToolButton>(*window, names[i]).isChecked()),
+                      State(i == mode, i == mode));
     }
-    for (QWidget* widget : window->findChildren<QWidget*>()) // of the dialogs too
-        if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr) {
-            EXPECT_NE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name), "")
-                << widget->metaObject()->className() << ' ' << widget->objectName().toStdString();
-        }
+    EXPECT_NE(QAccessible::queryAccessibleInterface(view)->text(QAccessible::Name), "");
     QApplication::setActiveWindow(window.get());
-    QWidget* frame = window->findChild<TOpenGLDisplayWidget*>();
-    const QPoint margin = QPoint(1, 9) * frame->devicePixelRatioF();
-    for (const bool focus : {false, true}) { // is to be seen beside the view
-        focus ? view->setFocus() : view->clearFocus();
-        EXPECT_EQ(frame->grab().toImage().pixelColor(margin).red() < 100, focus);
-    }
+    view->setFocus();
     for (const char* const button : {"tb_scale_to_fit", "tb_pan", "tb_rotate2d", "tb_rotate3d"}) {
         QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
         QWidget* focus = window->focusWidget();

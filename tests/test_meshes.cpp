@@ -11,9 +11,6 @@
 using namespace BallBarMeshes;
 using TMesh = TOpenGLGeometryFactory::TMesh;
 
-namespace
-{
-
 const double PI = std::acos(-1.0);
 
 /// Every edge is run through exactly once in each direction: no hole, no overlap, one orientation.
@@ -54,8 +51,6 @@ void Expect_Normals(const TMesh& mesh)
     }
 }
 
-} // namespace
-
 TEST(Meshes, SolidsAreClosedAndFaceOutward)
 {
     const TVector3 p(100, -50, 30);
@@ -63,12 +58,8 @@ TEST(Meshes, SolidsAreClosedAndFaceOutward)
     for (const int level : {0, 1, 2, 4}) {
         TOpenGLGeometryFactory factory;
         factory.Set_Subdivision_Level(level);
-        const struct
-        {
-            const char* name;
-            TMesh mesh;
-            double volume;
-        } solids[] = {
+        const std::tuple<const char*, TMesh, double> solids[] = {
+            // and the volumes
             {"sphere", factory.RenderSphere(p, 20), 4.0 / 3.0 * PI * 8000},
             {"cylinder", factory.RenderCylinder(p, p + TVector3(3, 4, 12), 5, 5), PI * 25 * 13},
             {"far away", factory.RenderCylinder(far, far + TVector3(0, 0, 500), 40, 40), PI * 1600 * 500},
@@ -76,15 +67,22 @@ TEST(Meshes, SolidsAreClosedAndFaceOutward)
             {"frustum", factory.RenderCylinder(p, p + TVector3(0, 6, 0), 4, 2), PI * 6 * (16 + 8 + 4) / 3},
             {"tip first", factory.RenderCylinder(p, p + TVector3(6, 6, 0), -1, 3), PI * 3 * std::sqrt(72.0)},
         };
-        for (const auto& solid : solids) {
-            SCOPED_TRACE(std::string(solid.name) + " at level " + std::to_string(level));
-            EXPECT_TRUE(Is_Closed(solid.mesh));
-            Expect_Normals(solid.mesh);
+        for (const auto& [name, mesh, volume] : solids) {
+            SCOPED_TRACE(std::string(name) + " at level " + std::to_string(level));
+            EXPECT_TRUE(Is_Closed(mesh));
+            Expect_Normals(mesh);
             // Inscribed, so always less than the smooth solid, and nearly that at a fine level.
-            EXPECT_LT(Volume(solid.mesh), solid.volume);
-            EXPECT_GT(Volume(solid.mesh), solid.volume * (level == 4 ? 0.98 : 0.3));
+            EXPECT_LT(Volume(mesh), volume);
+            EXPECT_GT(Volume(mesh), volume * (level == 4 ? 0.98 : 0.3));
         }
     }
+    double areas = 0.0; // of plane figures that face the viewer
+    for (const TMesh& figure :
+         {TOpenGLGeometryFactory().RenderPlane({0, 0, 5}, {2, 0, 5}, {2, 3, 5}, {0, 3, 5}),
+          TOpenGLGeometryFactory().RenderPolygon(p, {0, 0, 7}, 2, 12)})
+        for (size_t i = 0; i < figure.size(); i += 3)
+            areas += Facing(figure, i).z / 2.0;
+    EXPECT_NEAR(areas, 2 * 3 + 3 * 2 * 2, 1e-12);
     for (const auto& vertex : TOpenGLGeometryFactory().RenderSphere({0, 0, 0}, 2))
         EXPECT_NEAR((vertex.position / 2.0 - vertex.normal).Length(), 0.0, 1e-15);
     for (const auto& vertex : TOpenGLGeometryFactory().RenderCylinder({0, 0, 0}, {0, 0, 4}, 3, 0))
@@ -99,10 +97,11 @@ TEST(Meshes, BarsLookTheirLength)
         EXPECT_EQ(Level(bars), level);
     EXPECT_EQ(Label_Position({0, 0, 100}, {500, 0, 100}).x, 500 + 1.5 * 25);
     const auto point = Build({1, 1, 1}, {1, 1, 1}, {}, 2); // its ends in one place, and no offset
-    EXPECT_TRUE(point[ROD].empty() && point[STEMS].empty() && !point[SPHERES].empty());
+    EXPECT_EQ(State(point[ROD].empty(), point[SPHERES].empty(), point[STEMS].empty()), "true false true");
     for (const TVector3& end : {TVector3(500, 0, 100), {100, 400, 300}}) { // among very many bars
         const auto sliver = Build({0, 0, 100}, end, {0, 0, -80}, -1);
-        EXPECT_TRUE(Is_Closed(sliver[ROD]) && Volume(sliver[ROD]) > 0 && sliver[SPHERES].empty());
+        EXPECT_EQ(State(Is_Closed(sliver[ROD]), Volume(sliver[ROD]) > 0, sliver[SPHERES].empty()),
+                  "true true true");
         Expect_Normals(sliver[ROD]);
         EXPECT_FALSE(Build({0, 0, 100}, end, {0, 0, -80}, 0)[SPHERES].empty());
     }

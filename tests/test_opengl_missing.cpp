@@ -6,34 +6,20 @@
 
 TEST(OpenGLMissing, MessageInsteadOfTheView)
 {
-    QString version;
-    QString extensions;
+    QString version, extensions;
     const bool old = TOpenGLWidget::Get_OpenGL_Version_Major(&version, &extensions) == 1;
-    EXPECT_TRUE(version.startsWith("1.4") == old && extensions.contains("GL_") == old);
+    EXPECT_EQ(State(version.left(3), extensions.contains("GL_")), old ? "1.4 true" : "false");
 
-    QPalette dark_desktop(Qt::white, Qt::black, Qt::gray, Qt::darkGray, Qt::gray, Qt::white, Qt::black);
-    dark_desktop.setColor(QPalette::ToolTipText, Qt::white);
-    QApplication::setPalette(dark_desktop);
+    QApplication::setPalette(QColor(53, 53, 53)); // a dark desktop
     TOpenGLDisplayWidget frame;
     EXPECT_EQ(frame.findChild<TOpenGLDisplay*>(), nullptr);
-    static const QRegularExpression tag("<[^>]*>");
-    const QString message = Child<QLabel>(frame, "message").text().remove(tag);
-    EXPECT_EQ(message, QString("ERR:  OpenGL version not supported.  No graphical display will be shown."
-                               "OpenGL Version Text:%1OpenGL Extensions:%2")
-                           .arg(version, extensions));
+    EXPECT_EQ(Plain(Child<QLabel>(frame, "message").text()),
+              "ERR:  OpenGL version not supported.  No graphical display will be shown.OpenGL Version Text:" +
+                  version + "OpenGL Extensions:" + extensions);
     frame.resize(600, 400);
     frame.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&frame));
     EXPECT_EQ(frame.height(), 400); // a long list of extensions does not stretch the window
-    const auto black_parts = [](const QPixmap& picture) {
-        return QRegion(picture.createMaskFromColor(Qt::black, Qt::MaskOutColor)).rectCount();
-    };
-    EXPECT_GT(black_parts(frame.grab(QRect(5, 5, 400, 60))), 20); // text on white
-    QHelpEvent help(QEvent::ToolTip, {}, frame.mapToGlobal({}));
-    QApplication::sendEvent(&Child<QToolButton>(frame, "tb_pan"), &help);
-    for (QWidget* tip : QApplication::topLevelWidgets())
-        EXPECT_TRUE(!tip->inherits("QTipLabel") || black_parts(tip->grab()) > 20);
-    for (QToolButton* button : frame.findChildren<QToolButton*>())
-        button->click();
-    EXPECT_TRUE(Child<QToolButton>(frame, "tb_rotate3d").isChecked());
+    EXPECT_GT(Contrast(frame.grab(QRect(5, 5, 400, 60)).toImage()), 4.5);
+    Child<QToolButton>(frame, "tb_rotate3d").click(); // moves nothing
 }

@@ -2,9 +2,6 @@
 #include "testing.h"
 #include "tolerancewidget.h"
 
-namespace
-{
-
 const QString PINK = "background-color: rgb(255, 151, 160);";
 
 struct ToleranceWidget : testing::Test
@@ -14,11 +11,13 @@ struct ToleranceWidget : testing::Test
     QToolButton& d_apply = Child<QToolButton>(d_panel, "apply");
     QSlider& d_slider = Child<QSlider>(d_panel, "sub_tolerance");
 
+    /// Range, tolerance and sub-tolerance where there are results.
     QString Results() const
     {
-        return Child<QLineEdit>(d_panel, "measured_range").text() + " " +
-               Child<QLineEdit>(d_panel, "tolerance").text() + " " +
-               Child<QLineEdit>(d_panel, "sub_tolerance_range").text();
+        QStringList texts;
+        for (const char* field : {"measured_range", "tolerance", "sub_tolerance_range"})
+            texts << Child<QLineEdit>(d_panel, field).text();
+        return (Child<QLineEdit>(d_panel, "tolerance").isEnabled() ? "" : "none ") + texts.join(' ');
     }
 
     /// The expression and its context menu, on the screen.
@@ -34,44 +33,27 @@ struct ToleranceWidget : testing::Test
 
     void Set_Coefficients(double a, double b, double c, double d)
     {
-        d_panel.d_tolerance_a = a, d_panel.d_tolerance_b = b;
-        d_panel.d_tolerance_c = c, d_panel.d_tolerance_d = d;
+        d_panel.d_tolerance_a = a;
+        d_panel.d_tolerance_b = b;
+        d_panel.d_tolerance_c = c;
+        d_panel.d_tolerance_d = d;
         d_panel.Update();
     }
 };
 
-} // namespace
-
 TEST_F(ToleranceWidget, Grammar)
 {
-    // The text, whether it is valid, and a, b, c, d and the tolerance at 2400 mm.
-    std::vector<std::tuple<QString, bool, std::vector<double>>> rows{
-        {"0.010", true, {0.01, 0, 0, 0, 0.01}},
-        {" 1.0 ", true, {1, 0, 0, 0, 1}},
-        {"0.012 + 0.006L/1000", true, {0.012, 0.006, 1000, 0, 0.012 + 0.006 * 2400 / 1000}},
-        {"0.010 + 0.020L/1200 | 0.020", true, {0.01, 0.02, 1200, 0.02, 0.02}},
-        {"0.010 + 0.020L/1200 | 0.9", true, {0.01, 0.02, 1200, 0.9, 0.05}},
-        {"0.01+0.02l/1200", true, {0.01, 0.02, 1200, 0, 0.05}},
-        {"0.01  +  0.02 L / 1200", true, {0.01, 0.02, 1200, 0, 0.05}},
-        {"0.01 + 0.02,/1200", true, {0.01, 0.02, 1200, 0, 0.05}},
-        {"0.01+0.02L/0.1", true, {0.01, 0.02, 0.1, 0, 0.01}},
-        {"0.01+0.02L/123456789", true, {0.01, 0.02, 123456789, 0, 0.01 + 0.02 * 2400 / 123456789}},
-        {"0.01+1.0L/0.2|0.5", true, {0.01, 1, 0.2, 0.5, 0.5}},
-        {"1.2.3", true, {0, 0, 0, 0, 0}},
-        {"1.5", false, {1.5, 0, 0, 0, 0}},
-        {"0.1+1.1L/1000", false, {0.1, 1.1, 1000, 0, 0}},
-        {"0.1+0.1L/1000|1.01", false, {0.1, 0.1, 1000, 1.01, 0}},
-    };
-    for (const QString& text : {QString("-0.01"), QString("1e-3"), QString("0.0123456"), QString(),
-                                QString("0.01+0.02L/1234567890"), QString("0.01|0.02"), QString(10000, '1')})
-        rows.push_back({text, false, {0, 0, 0, 0, 0}});
-    for (const auto& [text, valid, expected] : rows) {
-        SCOPED_TRACE(text.left(40).toStdString());
+    // The text; whether it is valid, a, b, c, d and the tolerance at 2400 mm.
+    QList<QByteArray> rows = Content(TEST_DATA "/tolerances.txt").trimmed().split('\n');
+    rows << QByteArray(10000, '1') + "; false 0 0 0 0 0";
+    for (const QByteArray& row : rows) {
+        const QString text = row.split(';')[0];
         Set_Coefficients(0, 0, 0, 0);
-        EXPECT_EQ(d_panel.Analyze_Tolerance(text), valid);
-        const std::vector<double> values{d_panel.d_tolerance_a, d_panel.d_tolerance_b, d_panel.d_tolerance_c,
-                                         d_panel.d_tolerance_d, d_panel.Tolerance_Value(2400)};
-        EXPECT_THAT(values, testing::Pointwise(testing::DoubleEq(), expected));
+        const bool valid = d_panel.Analyze_Tolerance(text);
+        EXPECT_EQ(State(valid, d_panel.d_tolerance_a, d_panel.d_tolerance_b, d_panel.d_tolerance_c,
+                        d_panel.d_tolerance_d, d_panel.Tolerance_Value(2400)),
+                  row.split(';')[1].trimmed())
+            << text.left(40).toStdString();
     }
     EXPECT_DOUBLE_EQ(d_panel.Tolerance_Limit_Position(0.010, 0.020, 1200, 0.020), 600);
     EXPECT_EQ(d_panel.Tolerance_Limit_Position(0.03, 0.020, 1200, 0.020), 0);
@@ -103,59 +85,52 @@ TEST_F(ToleranceWidget, ExpressionFromCoefficients)
 
 TEST_F(ToleranceWidget, EditingAndApplying)
 {
-    EXPECT_EQ(d_expression.text(), "0.012 + 0.006L/1000");
+    EXPECT_EQ(State(d_expression.text(), d_apply.isEnabled()), "0.012 + 0.006L/1000 false");
     QApplication::setPalette(QColor(53, 53, 53)); // a dark desktop
     d_panel.show();
     Set_Coefficients(0.012, 0.006, 1000, 0);
-    QSignalSpy tolerance_changed(&d_panel, &TToleranceWidget::Tolerance_Changed);
-    QSignalSpy sub_tolerance_changed(&d_panel, &TToleranceWidget::Sub_Tolerance_Changed);
+    QSignalSpy changed(&d_panel, &TToleranceWidget::Tolerance_Changed);
+    QSignalSpy sub_changed(&d_panel, &TToleranceWidget::Sub_Tolerance_Changed);
+    const auto state = [&] {
+        return QString(d_expression.styleSheet() == PINK ? "pink, "
+                       : d_apply.isEnabled()             ? "to apply, "
+                                                         : "") +
+               State(d_panel.Tolerance_Value(1000), "changed", changed.count(), "sub", sub_changed.count());
+    };
     d_slider.setValue(7);
     EXPECT_DOUBLE_EQ(d_panel.Sub_Tolerance_Percent(), 0.35);
-    EXPECT_EQ(sub_tolerance_changed.count(), 1);
-
+    EXPECT_EQ(state(), "0.018 changed 0 sub 1");
     d_expression.selectAll();
     QTest::keyClicks(&d_expression, "0.02x");
-    EXPECT_EQ(d_expression.styleSheet(), PINK);
     Expect_Readable();
-    EXPECT_FALSE(d_apply.isEnabled());
-    EXPECT_EQ(d_panel.Tolerance_Value(1000), 0.0);
-
+    EXPECT_EQ(state(), "pink, 0 changed 0 sub 1");
     QTest::keyClick(&d_expression, Qt::Key_Backspace);
-    EXPECT_EQ(d_expression.styleSheet(), "");
     Expect_Readable();
     QApplication::setPalette(QApplication::style()->standardPalette());
-    EXPECT_TRUE(d_apply.isEnabled());
-    EXPECT_EQ(d_panel.Tolerance_Value(1000), 0.02); // follows the text before it is applied
     d_slider.setValue(8);
-    EXPECT_EQ(sub_tolerance_changed.count(), 1);
-    EXPECT_EQ(tolerance_changed.count(), 0);
+    EXPECT_EQ(state(), "to apply, 0.02 changed 0 sub 1"); // follows the text before it is applied
     QTest::mouseClick(&d_apply, Qt::LeftButton);
-    EXPECT_EQ(tolerance_changed.count(), 1);
-    EXPECT_FALSE(d_apply.isEnabled());
-    d_expression.setText("0.03");
-    d_panel.Update();
-    EXPECT_FALSE(d_apply.isEnabled());
+    EXPECT_EQ(state(), "0.02 changed 1 sub 1");
 }
 
 TEST_F(ToleranceWidget, ResultsAndHelp)
 {
-    const QWidget& group = *Child<QLineEdit>(d_panel, "tolerance").parentWidget();
-    EXPECT_FALSE(group.isEnabled());
+    EXPECT_EQ(Results(), "none   ");
     Set_Coefficients(0.012, 0.006, 1000, 0);
     d_slider.setValue(10);
     d_panel.Set_Results(0.00456, 1000);
-    EXPECT_TRUE(group.isEnabled());
     EXPECT_EQ(Results(), "0.0046 0.0180 0.0090");
     d_panel.Enable_Results(false);
-    EXPECT_FALSE(group.isEnabled());
-    EXPECT_EQ(Results(), "  ");
+    EXPECT_EQ(Results(), "none   ");
     auto& help = Child<QTextBrowser>(d_panel, "help_text");
     bool shown = false;
     QTimer::singleShot(0, &help, [&] {
         shown = help.isVisible();
         QApplication::setActiveWindow(help.window());
         help.setFocus();
-        EXPECT_EQ(help.verticalScrollBar()->maximum(), 0) << "the last example is seen at once";
+        if (help.window()->height() < help.screen()->availableSize().height()) {
+            EXPECT_EQ(help.verticalScrollBar()->maximum(), 0) << "the last example is seen at once";
+        }
         const QImage focused = help.grab().toImage();
         help.clearFocus();
         EXPECT_NE(help.grab().toImage(), focused) << "who has the focus is seen";
@@ -163,6 +138,6 @@ TEST_F(ToleranceWidget, ResultsAndHelp)
     });
     Child<QToolButton>(d_panel, "help").click();
     EXPECT_TRUE(shown);
-    const QString text = help.toPlainText();
-    EXPECT_TRUE(text.contains("as a single value.  The tolerance is independent")); // two blanks
+    EXPECT_TRUE(
+        help.toPlainText().contains("as a single value.  The tolerance is independent")); // two blanks
 }
