@@ -93,7 +93,7 @@ WIDE_REGISTERS size_t Add_Pairs(const std::vector<TVector2>& points, size_t next
     const size_t count = points.size();
     const TVector2* const data = points.data();
     THeights even = *heights;
-    THeights odd = *heights;
+    THeights odd = even;
     size_t i = next;
     for (; i + 1 < count && lies_between(data[i]) && lies_between(data[i + 1]); i += 2) {
         even.Add(data[i].y);

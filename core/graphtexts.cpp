@@ -5,7 +5,7 @@
 
 void TGraphTexts::Draw(QPainter* painter, const QRect& room, Qt::Alignment alignment, const QString& text)
 {
-    const QStaticText& laid_out = Laid_Out(*painter, text);
+    const QStaticText laid_out = Laid_Out(*painter, text);
     const QSizeF spare = room.size() - laid_out.size();
     const auto share = [alignment](Qt::AlignmentFlag middle, Qt::AlignmentFlag end) {
         return alignment.testFlag(middle) ? 0.5 : alignment.testFlag(end) ? 1.0 : 0.0;
@@ -20,15 +20,14 @@ int TGraphTexts::Width(const QPainter& painter, const QString& text)
     return qRound(Laid_Out(painter, text).size().width());
 }
 
-const QStaticText& TGraphTexts::Laid_Out(const QPainter& painter, const QString& text)
+QStaticText TGraphTexts::Laid_Out(const QPainter& painter, const QString& text)
 {
     const TText* known = d_texts.object(text);
-    if (known == nullptr || known->font != painter.font()) {
-        auto* fresh = new TText{painter.font(), QStaticText(text)};
-        fresh->laid_out.setTextFormat(Qt::PlainText);
-        fresh->laid_out.prepare(painter.transform(), fresh->font);
-        d_texts.insert(text, fresh);
-        known = fresh;
-    }
-    return known->laid_out;
+    if (known != nullptr && known->font == painter.font())
+        return known->laid_out;
+    QStaticText laid_out(text);
+    laid_out.setTextFormat(Qt::PlainText);
+    laid_out.prepare(painter.transform(), painter.font());
+    d_texts.insert(text, new TText{painter.font(), laid_out});
+    return laid_out;
 }

@@ -26,7 +26,7 @@ private:
         QStaticText laid_out;
     };
 
-    const QStaticText& Laid_Out(const QPainter& painter, const QString& text);
+    QStaticText Laid_Out(const QPainter& painter, const QString& text);
 
     QCache<QString, TText> d_texts{200};
 };

@@ -88,7 +88,7 @@ void Append_Fixed(QString* text, double value, int decimals)
         text->append(QString::number(value, 'f', decimals));
         return;
     }
-    const auto rounded = static_cast<std::uint64_t>(units + 0.5);
+    const auto rounded = static_cast<std::uint64_t>(std::llround(units));
     char digits[24] = "-";
     char* const begin = value < 0.0 ? digits + 1 : digits;
     char* end = std::to_chars(begin, std::end(digits), rounded / unit).ptr;

@@ -30,7 +30,7 @@ std::string Printed(const TExact& value, int decimals)
 
 TExact Shared_Digits(const TExact& value, const TExact& certified)
 {
-    const TExact most = 17;
+    TExact most = 17;
     if (value == certified)
         return most;
     const TExact error = mp::abs(value - certified) / mp::abs(certified);

@@ -72,7 +72,7 @@ std::vector<TExactSet> Back_Up_And_Restore(const TPrivateHome& home, const TRoun
 {
     TStore store(home);
     const std::string backup = store.Written_Backup();
-    const std::vector<TExactSet> stored = Read_Backup(backup);
+    std::vector<TExactSet> stored = Read_Backup(backup);
     Check_Stored_Numbers(stored, imported.sets, tally);
     Check_Summaries(&store, stored, imported.sets, tally);
     store.Restore_Into_New_Database();

@@ -60,6 +60,7 @@ void Check_Imported(const std::vector<TSample>& samples, TTally* tally)
 std::vector<TExactSet> Exact_Sets(const std::vector<TSample>& samples)
 {
     std::vector<TExactSet> sets;
+    sets.reserve(samples.size());
     for (const TSample& sample : samples)
         sets.push_back(sample.exact);
     return sets;
@@ -78,7 +79,7 @@ std::vector<TExactSet> Check_Stored(const TPrivateHome& home, const std::vector<
         tally->Decision("All there: sets in the database", true, false, store.Save(sample.path, number++));
     }
     const std::string backup = store.Written_Backup();
-    const std::vector<TExactSet> stored = Read_Backup(backup);
+    std::vector<TExactSet> stored = Read_Backup(backup);
     Check_Stored_Numbers(stored, saved, tally);
     Check_Summaries(&store, stored, saved, tally);
 
