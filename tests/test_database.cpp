@@ -11,8 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-const QString DATE = "2019 Mar 04";
-const QString TIME = "10:15:02 AM";
+const QString DATE = "2019 Mar 04", TIME = "10:15:02 AM";
 const QByteArray HEADER = "Kelvora_Data:Version=1:Type=Backup\n";
 
 // A set of `count` positions whose values depend on `seed`.
@@ -635,6 +634,8 @@ TEST_F(DatabaseDialog, TellsWhatFailed)
     d_dialog.d_file = d_file; // the database itself
     for (const char* command : {"backup", "export"})
         EXPECT_EQ(Written(command).left(6), "SQLite") << command;
+    d_dialog.d_file.clear(); // cancelled, which tells nothing
+    d_dialog.Backup();
     EXPECT_EQ(d_dialog.Failures().filter("' is the database or a copy of it").size(), 2);
     d_dialog.d_file = Path("other");
     Written("export");

@@ -35,8 +35,7 @@ void Expect_Range(const TGraphAxis& axis, double low, double high)
 
 TEST(GraphMapping, FitToData)
 {
-    const double end = 1e300;
-    const double gap = 1e288;
+    const double end = 1e300, gap = 1e288;
     // The points, the scaling (types, bars, zero, symmetric, locked, y minimum), and the ranges of x and y.
     const std::tuple<const char*, Points, TGraphScaling, double, double, double, double> rows[] = {
         {"nothing", {}, Types(2, 2), -5e-6, 5e-6, -5e-6, 5e-6},
@@ -120,10 +119,11 @@ TEST(GraphTicks, RoundStepsInsideTheAxis)
         {1, 899.983, 900.021, 400, 90, 8, 4, " 899.9900 900.0000 900.0100 900.0200"},
         {1, 1000.00003, 1000.00004, 300, 90, 9, 4, " 1000.000030 1000.000035 1000.000040"},
         {1, 0, 1e300, 300, 90, 302, 0, " 0 5e+299 1e+300"},
+        {2, 0, 2e9, 200, 90, 5, 0, " 0 1000000000 2000000000"},
         {2, 0, 3, 400, 20, 5, 0, " 0 1 2 3"},             // no step below what the labels can tell apart,
         {2, 0.1, 0.9, 400, 90, 5, 0, " 0.2 0.4 0.6 0.8"}, // unless none is left
         {1, 1.1, 4.9, 40, 60, 6, 4, " 2.0000"},
-        {3, 1, 10, 100, 25, 8, 1, " 1.0 2.0 . . 5.0 . . . . 10.0"},
+        {3, 1, 10, 65, 19, 8, 1, " 1.0 2.0 . . 5.0 . . . . 10.0"},
         {3, 4, 150, 300, 25, 8, 1, " . 5.0 . . . . 10.0 20.0 . . 50.0 . . . . 100.0"},
         {3, 0.01, 2e5, 90, 20, 8, 1, " 0.01 . 1.0 . 100.0 . 10000.0 ."},
     };

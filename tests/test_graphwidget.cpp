@@ -99,8 +99,7 @@ QImage Drawn(const TGraph& graph, int style)
     const int w = std::max(1, graph.Layout().graph.width() / parts - 1);
     const int zero = graph.Pixel({1, 0}).y();
     for (int i = 0; i < graph.DataSetSize(0); ++i) {
-        const TVector2 point = graph.GetPoint(0, i);
-        const TVector2 before = graph.GetPoint(0, std::max(0, i - 1));
+        const TVector2 point = graph.GetPoint(0, i), before = graph.GetPoint(0, std::max(0, i - 1));
         if (!std::isfinite(point.x + point.y))
             continue;
         const QPoint p = graph.Pixel(point);
@@ -278,10 +277,11 @@ TEST(GraphWidget, EveryTickHasItsNumber)
             // Labels are parted by more than the gaps between their characters.
             const QRect area = graph.Layout().graph;
             const int height = graph.Layout().horizontal_labels.height() - 8;
-            int ticks = 0;
-            int labels = 0;
+            int ticks = 0, labels = 0;
             for (int x = graph.Layout().horizontal_labels.left(); x < width; ++x) {
-                ticks += !Is_White(picture, {x, area.bottom() + 3, 1, 1});
+                const bool tick = !Is_White(picture, {x, area.bottom() + 3, 1, 1});
+                ticks += tick;
+                EXPECT_FALSE(tick && Is_White(picture, {x - 6, area.bottom() + 7, 13, height})) << x;
                 labels += Is_White(picture, {x - 4, area.bottom() + 7, 4, height}) &&
                           !Is_White(picture, {x, area.bottom() + 7, 1, height});
             }
@@ -314,6 +314,11 @@ TEST(GraphWidget, TitlesStandInTheirBands)
         graph.UpdateGraph();
         EXPECT_TRUE(Is_White(graph.Seen(), inside));
     }
+    const QImage numbers = graph.Seen().copy(layout.horizontal_labels);
+    graph.SetPoints(0, {{1, 1e13}, {100, 1e13 + 9}}); // too long for their column
+    graph.UpdateGraph();
+    EXPECT_EQ(graph.Seen().copy(layout.horizontal_labels), numbers) << "small letters where there is room";
+    graph.SetPoints(0, DIAGONAL);
     graph.EnableYIncludesZero(true);
     graph.SetScaleMinimumY(200, false);
     graph.UpdateGraph();
@@ -337,8 +342,7 @@ TEST(GraphMouse, ClickOrZoomBySize)
             const auto value = [&graph](const QPointF& at) {
                 return graph.Value({std::max(0.0, std::round(at.x())), std::max(0.0, std::round(at.y()))});
             };
-            const TVector2 from = value(press);
-            const TVector2 to = value(release);
+            const TVector2 from = value(press), to = value(release);
             const double widening = from.y == to.y ? 0.000005 : 0.0;
             const TVector2 low(std::min(from.x, to.x), std::min(from.y, to.y) - widening);
             const TVector2 high(std::max(from.x, to.x), std::max(from.y, to.y) + widening);
@@ -421,8 +425,7 @@ TEST(GraphMouse, ButtonsTogetherAndReleasesWithoutAPress)
     graph.Press({100, 100}, LEFT);
     graph.Send(QEvent::MouseButtonPress, {200, 100}, RIGHT, LEFT | RIGHT);
     graph.Move({300, 160}, LEFT | RIGHT); // the left drag goes on, from where the right button was pressed
-    const TVector2 low = graph.Value({200, 160});
-    const TVector2 high = graph.Value({300, 100});
+    const TVector2 low = graph.Value({200, 160}), high = graph.Value({300, 100});
     graph.Send(QEvent::MouseButtonRelease, {300, 160}, LEFT, RIGHT);
     Expect_View(graph, low, high);
     graph.Release({300, 160}, RIGHT); // never dragged: a click

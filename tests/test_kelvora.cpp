@@ -4,8 +4,7 @@
 #include "kelvora.h"
 #include "testing.h"
 
-using testing::HasSubstr;
-using testing::StartsWith;
+using testing::HasSubstr, testing::StartsWith;
 
 // Mean 633.34, mid-range 700.01: far enough apart to tell which of them a number is about.
 const QByteArray THREE_LENGTHS = "BallBar_V1\nFirst,,0,0,0,500,0,0,0,0,-150\n"
@@ -13,8 +12,7 @@ const QByteArray THREE_LENGTHS = "BallBar_V1\nFirst,,0,0,0,500,0,0,0,0,-150\n"
 
 struct TWindow : TKelvora
 {
-    QString d_chosen_file;
-    QString d_directory;
+    QString d_chosen_file, d_directory;
     QString Choose_Measurement_File(const QString& directory) override
     {
         d_directory = directory;
@@ -110,7 +108,7 @@ TEST_F(Kelvora, FirstStart)
     EXPECT_EQ(Action("New").icon().pixmap(24).width(), 24 * ratio);
 }
 
-TEST_F(Kelvora, MenusAndToolBar)
+TEST_F(Kelvora, MenusToolBarAndAbout)
 {
     QStringList texts;
     QList<QList<QAction*>> lists{Child<QToolBar>(*d_window, "tool_bar").actions()};
@@ -123,10 +121,6 @@ TEST_F(Kelvora, MenusAndToolBar)
                                "New|Open Database...|Save to Database||Import Ballbar Measurements||Quit.|"
                                "Measurement|Machine Dimensions|Tolerance.|About.");
     EXPECT_EQ(Action("New").shortcut(), QKeySequence(QKeySequence::New));
-}
-
-TEST_F(Kelvora, AboutTellsTheVersion)
-{
     QString text;
     QTimer::singleShot(0, d_window.get(), [&text] {
         auto& box = dynamic_cast<QMessageBox&>(*QApplication::activeModalWidget());
@@ -162,6 +156,34 @@ TEST_F(Kelvora, NothingIsCutOff)
     QApplication::setFont(QFont(font.family(), 7));
     EXPECT_LT(Report().font().pointSizeF(), letters) << "the report follows the desktop";
     QApplication::setFont(font);
+}
+
+TEST_F(Kelvora, WhatStandsWhere)
+{
+    auto& dialog = *d_window->findChild<TDatabaseDialog*>();
+    dialog.show();
+    Import(d_three);
+    QCoreApplication::processEvents();
+    Child<QLineEdit>(*d_window, "expression").setText("0.9+0.9L/10");
+    Child<QToolButton>(*d_window, "apply").click();
+    QCoreApplication::processEvents();
+    const QRect place(Histogram().mapTo(d_window.get(), QPoint()), Histogram().size());
+    const QImage screen = d_window->screen()->grabWindow(d_window->winId()).toImage();
+    const QRect seen = place & screen.rect();
+    const QImage drawn = d_window->grab(seen).toImage();
+    EXPECT_EQ(screen.copy(seen).convertToFormat(drawn.format()), drawn) << "shows another tolerance";
+    const auto& tabs = Child<QTabWidget>(*d_window, "analysis_tabs");
+    EXPECT_LE(tabs.tabBar()->geometry().right(), Histogram().mapTo(&tabs, QPoint()).x()) << "takes no height";
+    QString italic;
+    for (const QLabel* label : d_window->findChildren<QLabel*>())
+        italic += label->font().italic() ? label->text() + "|" : "";
+    EXPECT_EQ(italic, "© 2026 The Kelvora authors|Database Entries|Measurement Summary|");
+    const QRect tree = Child<QTreeWidget>(dialog, "entries").geometry();
+    const QRect table = Child<QTableWidget>(dialog, "summary").geometry();
+    EXPECT_EQ(table.left() - tree.right(), 5);
+    EXPECT_GT(table.width(), 4.5 * tree.width());
+    const QRect load = Child<QPushButton>(dialog, "load").geometry();
+    EXPECT_GT(load.left() - Child<QPushButton>(dialog, "restore").geometry().right(), 2 * load.width());
 }
 
 TEST_F(Kelvora, KeyboardReachesEverything)

@@ -53,8 +53,7 @@ void Expect_Normals(const TMesh& mesh)
 
 TEST(Meshes, SolidsAreClosedAndFaceOutward)
 {
-    const TVector3 p(100, -50, 30);
-    const TVector3 far(1e12, 1e12, 0);
+    const TVector3 p(100, -50, 30), far(1e12, 1e12, 0);
     for (const int level : {0, 1, 2, 4}) {
         TOpenGLGeometryFactory factory;
         factory.Set_Subdivision_Level(level);

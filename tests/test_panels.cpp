@@ -33,8 +33,6 @@ TEST(MachineWidget, ReadsAndSortsLimits)
         {"500", "100", 100, 500},
         {"10", "15", 10, 20},
         {"", "", 0, 10},
-        {"-1e3", " +5 ", -1000, 5},
-        {"1,5", "20", 0, 20},
         {"1e20", "1e20", 1e6, 1e6 + 10},
     };
     TMachineWidget panel;

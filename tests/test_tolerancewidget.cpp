@@ -33,10 +33,8 @@ struct ToleranceWidget : testing::Test
 
     void Set_Coefficients(double a, double b, double c, double d)
     {
-        d_panel.d_tolerance_a = a;
-        d_panel.d_tolerance_b = b;
-        d_panel.d_tolerance_c = c;
-        d_panel.d_tolerance_d = d;
+        std::tie(d_panel.d_tolerance_a, d_panel.d_tolerance_b) = std::pair(a, b);
+        std::tie(d_panel.d_tolerance_c, d_panel.d_tolerance_d) = std::pair(c, d);
         d_panel.Update();
     }
 };
@@ -120,6 +118,12 @@ TEST_F(ToleranceWidget, ResultsAndHelp)
     d_slider.setValue(10);
     d_panel.Set_Results(0.00456, 1000);
     EXPECT_EQ(Results(), "0.0046 0.0180 0.0090");
+    d_panel.show();
+    d_panel.resize(0, 0); // as small as it may become
+    const auto& field = Child<QLineEdit>(d_panel, "tolerance");
+    EXPECT_GE(field.width(), field.fontMetrics().horizontalAdvance("1000.0000"));
+    for (const QLabel* label : d_panel.findChildren<QLabel*>())
+        EXPECT_TRUE(label->mapTo(&d_panel, {}).x() == 4 || !label->buddy()) << label->text().toStdString();
     d_panel.Enable_Results(false);
     EXPECT_EQ(Results(), "none   ");
     auto& help = Child<QTextBrowser>(d_panel, "help_text");

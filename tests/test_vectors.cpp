@@ -16,8 +16,7 @@ template<typename TVector> TList List(const TVector& v)
 TEST(Vectors, Arithmetic)
 {
     const TVector2 a(5, 7);
-    const TVector3 u(1, 2, 3);
-    const TVector3 v(4, 5, 6);
+    const TVector3 u(1, 2, 3), v(4, 5, 6);
     TVector3 w(2, 4, 8);
     w *= w; // the same object: unchanged
     w /= w.x;
@@ -42,9 +41,7 @@ TEST(Vectors, Arithmetic)
 
 TEST(Vectors, PointInTriangle)
 {
-    const TVector2 a(0, 0);
-    const TVector2 b(4, 0);
-    const TVector2 c(0, 4);
+    const TVector2 a(0, 0), b(4, 0), c(0, 4);
     for (const TVector2& p : {TVector2(1, 1), {2, 2}, {0, 0}, {2, 0}, {0, 2}, {3, 3}, {-1, 1}, {1, -1}}) {
         const bool inside = p.x > 0 && p.y > 0 && p.x < 3;
         EXPECT_EQ(TVector2::Is_Point_In_Triangle(p, a, b, c), inside) << p.x << ", " << p.y;
