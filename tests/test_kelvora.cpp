@@ -160,8 +160,6 @@ TEST_F(Kelvora, NothingIsCutOff)
 
 TEST_F(Kelvora, WhatStandsWhere)
 {
-    auto& dialog = *d_window->findChild<TDatabaseDialog*>();
-    dialog.show();
     Import(d_three);
     QCoreApplication::processEvents();
     Child<QLineEdit>(*d_window, "expression").setText("0.9+0.9L/10");
@@ -178,12 +176,11 @@ TEST_F(Kelvora, WhatStandsWhere)
     for (const QLabel* label : d_window->findChildren<QLabel*>())
         italic += label->font().italic() ? label->text() + "|" : "";
     EXPECT_EQ(italic, "© 2026 The Kelvora authors|Database Entries|Measurement Summary|");
+    auto& dialog = *d_window->findChild<TDatabaseDialog*>();
+    dialog.show();
     const QRect tree = Child<QTreeWidget>(dialog, "entries").geometry();
     const QRect table = Child<QTableWidget>(dialog, "summary").geometry();
-    EXPECT_EQ(table.left() - tree.right(), 5);
     EXPECT_GT(table.width(), 4.5 * tree.width());
-    const QRect load = Child<QPushButton>(dialog, "load").geometry();
-    EXPECT_GT(load.left() - Child<QPushButton>(dialog, "restore").geometry().right(), 2 * load.width());
 }
 
 TEST_F(Kelvora, KeyboardReachesEverything)

@@ -13,6 +13,11 @@ inline void PrintTo(const QString& text, std::ostream* stream)
     *stream << '"' << text.toStdString() << '"';
 }
 
+inline void PrintTo(const QByteArray& text, std::ostream* stream)
+{
+    *stream << '"' << text.left(2000).toStdString() << '"';
+}
+
 /// What there is, as one text for one expectation: "3 true [1, 2]" of two values and a list, for example.
 template<typename... TValues> QString State(const TValues&... values)
 {
