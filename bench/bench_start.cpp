@@ -19,7 +19,7 @@
 namespace
 {
 
-constexpr int ROUNDS = 20;
+constexpr int ROUNDS = 60;
 constexpr int SETS = 1000;
 constexpr int SET_SIZE = 50;
 
