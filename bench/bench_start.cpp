@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // From the start of a process to its first frame on the screen: the program against a main window that holds
-// an empty OpenGL widget and nothing else. The bench starts itself for each of them.
+// an empty OpenGL widget and nothing else. The bench starts itself for each of them, in turns, and the middle
+// one of many times counts.
 #include "database.h"
 #include "icons.h"
 #include "kelvora.h"
@@ -15,6 +16,7 @@
 
 #include <cstdlib>
 #include <unistd.h>
+#include <vector>
 
 namespace
 {
@@ -84,16 +86,25 @@ void Fill_Database(const QString& home)
     }
 }
 
+double Middle(std::vector<double> values)
+{
+    const auto middle = values.begin() + values.size() / 2;
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// The middle ones of many starts, which differ by half: the best is a stroke of luck that comes to one of
+/// the two only, and to neither when the program is started by a person.
 void Compare(const char* name, const std::function<void()>& prepare)
 {
-    double ours = 1e300;
-    double bare = 1e300;
+    std::vector<double> ours;
+    std::vector<double> bare;
     for (int i = 0; i < ROUNDS; ++i) {
-        bare = std::min(bare, Seconds([] { Start(QStringLiteral("bare")); }));
+        bare.push_back(Seconds([] { Start(QStringLiteral("bare")); }));
         prepare();
-        ours = std::min(ours, Seconds([] { Start(QStringLiteral("kelvora")); }));
+        ours.push_back(Seconds([] { Start(QStringLiteral("kelvora")); }));
     }
-    Print_Ratio(name, ours * 1e3, bare * 1e3, 1.5);
+    Print_Ratio(name, Middle(ours) * 1e3, Middle(bare) * 1e3, 1.5);
 }
 
 } // namespace

@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSaveFile>
+#include <QShowEvent>
 #include <QTableWidget>
 #include <QTreeWidget>
 
@@ -182,6 +183,13 @@ void TDatabaseDialog::reject()
     QDialog::reject();
 }
 
+void TDatabaseDialog::showEvent(QShowEvent* event)
+{
+    if (!event->spontaneous()) // restored from an icon it keeps the widths that the user has chosen
+        Fit_Columns();
+    QDialog::showEvent(event);
+}
+
 void TDatabaseDialog::Update_Tree()
 {
     d_tree->clear();
@@ -198,8 +206,8 @@ void TDatabaseDialog::Update_Tree()
             Create_Time(date_items.back(), time);
     }
     d_tree->addTopLevelItems(date_items);
-    d_tree->resizeColumnToContents(0);
-    d_tree->resizeColumnToContents(1);
+    if (isVisible()) // to measure the texts takes longer than to list them, and nobody sees most lists
+        Fit_Columns();
 }
 
 void TDatabaseDialog::Selection_Changed()
@@ -354,6 +362,12 @@ bool TDatabaseDialog::Open(QSaveFile* file, const QString& command)
         return WholeFile::Open(file);
     Report(command, {TOutcome::REFUSED, 0, tr("'%1' is the database or a copy of it").arg(name)});
     return false;
+}
+
+void TDatabaseDialog::Fit_Columns()
+{
+    d_tree->resizeColumnToContents(0);
+    d_tree->resizeColumnToContents(1);
 }
 
 bool TDatabaseDialog::Fail(const QString& error)

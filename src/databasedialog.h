@@ -59,6 +59,7 @@ signals:
     void Load_From_Database();
 
 protected:
+    void showEvent(QShowEvent* event) override;
     /// Ask for a file name; empty where the user cancels.
     virtual QString Choose_Backup_File();
     virtual QString Choose_Restore_File();
@@ -71,6 +72,7 @@ private:
     QLayout* Create_Buttons();
     QPushButton* Create_Button(const QString& name, const QString& text, void (TDatabaseDialog::*command)());
     bool Is_Ready() const;
+    void Fit_Columns();
     bool Fail(const QString& error);
     bool Open(QSaveFile* file, const QString& command);
     std::vector<TKey> Selected_Keys() const;

@@ -670,13 +670,15 @@ TEST_F(DatabaseDialog, TellsWhatFailed)
 
 TEST_F(DatabaseDialog, OpensTheDatabaseAnew)
 {
+    const QString long_date(30, 'B');
     ASSERT_TRUE(Add("A", "1", 2));
-    EXPECT_TRUE(TOtherProgram(d_file).Does("INSERT INTO date(entry) VALUES('B')"));
+    EXPECT_TRUE(TOtherProgram(d_file).Does("INSERT INTO date(entry) VALUES('" + long_date + "')"));
     for (const int dates : {2, 0}) {
         d_dialog.hide();
         QTimer::singleShot(0, &d_dialog, &QWidget::close);
         d_dialog.exec();
         EXPECT_EQ(Tree()->topLevelItemCount(), dates);
+        EXPECT_EQ(Tree()->columnWidth(0) > Tree()->fontMetrics().horizontalAdvance(long_date), dates > 0);
         EXPECT_EQ(d_dialog.Failures().size(), dates == 0);
         QFile::remove(d_file);
         QDir(d_folder.path()).mkdir("a[1].db");
