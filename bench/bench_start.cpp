@@ -117,7 +117,8 @@ int main(int argc, char* argv[])
 
     const QGuiApplication client(argc, argv); // an X server starts anew when it has lost its last one
     const QTemporaryDir home;
-    qputenv("HOME", home.path().toLocal8Bit());
+    for (const char* directory : {"HOME", "XDG_RUNTIME_DIR"})
+        qputenv(directory, home.path().toLocal8Bit());
     Print_Heading("start ms", "bare window ms",
                   "a main window that holds an empty OpenGL widget and nothing else");
     Compare("first start", [&] { QDir(home.filePath(QStringLiteral(".kelvora"))).removeRecursively(); });

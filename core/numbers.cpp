@@ -21,35 +21,50 @@ bool Parse_Out_Of_Range(std::string_view text, double* value)
     return true;
 }
 
+std::string_view Without_Leading_Blanks(std::string_view text)
+{
+    while (!text.empty() && Is_Blank(text.front()))
+        text.remove_prefix(1);
+    return text;
+}
+
 } // namespace
 
 std::string_view Trimmed(std::string_view text)
 {
-    while (!text.empty() && Is_Blank(text.front()))
-        text.remove_prefix(1);
+    text = Without_Leading_Blanks(text);
     while (!text.empty() && Is_Blank(text.back()))
         text.remove_suffix(1);
     return text;
 }
 
-bool Parse_Decimal(std::string_view text, double* value)
+bool Take_Decimal(std::string_view* text, double* value)
 {
-    text = Trimmed(text);
-    std::string_view digits = text;
+    const std::string_view start = Without_Leading_Blanks(*text);
+    std::string_view digits = start;
     if (!digits.empty() && (digits.front() == '+' || digits.front() == '-'))
         digits.remove_prefix(1);
     // What from_chars would take besides decimal numbers ("inf", "nan", a second sign) starts otherwise.
     if (digits.empty() || !(digits.front() == '.' || (digits.front() >= '0' && digits.front() <= '9')))
         return false;
 
-    const char* begin = text.front() == '+' ? digits.data() : text.data();
-    const char* end = text.data() + text.size();
+    const char* begin = start.front() == '+' ? digits.data() : start.data();
     double number = 0.0;
-    const auto [stop, error] = std::from_chars(begin, end, number);
-    if (stop != end || error == std::errc::invalid_argument)
+    const auto [stop, error] = std::from_chars(begin, start.data() + start.size(), number);
+    const auto length = static_cast<size_t>(stop - start.data());
+    if (error == std::errc::invalid_argument ||
+        (error == std::errc::result_out_of_range && !Parse_Out_Of_Range(start.substr(0, length), &number)))
         return false;
-    if (error == std::errc::result_out_of_range)
-        return Parse_Out_Of_Range(text, value);
+    *text = Without_Leading_Blanks(start.substr(length));
+    *value = number;
+    return true;
+}
+
+bool Parse_Decimal(std::string_view text, double* value)
+{
+    double number = 0.0;
+    if (!Take_Decimal(&text, &number) || !text.empty())
+        return false;
     *value = number;
     return true;
 }

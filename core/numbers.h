@@ -23,6 +23,10 @@ bool Parse_Decimal(std::string_view text, double* value);
 /// The same for a text of the interface or of a file.
 bool Parse_Decimal(const QString& text, double* value);
 
+/// Reads such a number, with the blanks around it, off the front of a text. Returns false and leaves both
+/// alone where the text does not start with one.
+bool Take_Decimal(std::string_view* text, double* value);
+
 /// The decimal number in `text`, or `fallback` where there is none.
 double Decimal_Or(const QString& text, double fallback);
 

@@ -24,22 +24,21 @@ constexpr std::string_view HEADER_V1 = "B89.4.1_Data:Version=1:Type=BallBar";
 const QString TOO_LARGE = QStringLiteral("Input file '%1' is too large to be a ball bar measurement file.");
 
 constexpr size_t LONGEST_LINE = 4096; // characters; with a longer name no line is a measurement
-constexpr size_t MAXIMUM_FIELD_COUNT = 13;
-using TFields = std::array<std::string_view, MAXIMUM_FIELD_COUNT>;
+constexpr size_t MAXIMUM_NUMBER_COUNT = 11;
 
 // What tells one measurement format from another once its lines are found.
 struct TFormat
 {
     std::string_view header;
-    size_t field_count;
+    size_t number_count;      // behind the name and a field that nobody needs
     bool has_column_headings; // a line with "Name" and "Length" names the columns
     bool has_form_errors;     // two fields before the probe offset
     bool centres_need_offset; // centres were written without the probe offset
 };
 
-constexpr TFormat FORMAT_LEGACY_V1{HEADER_LEGACY_V1, 11, false, false, true};
-constexpr TFormat FORMAT_LEGACY_V2{HEADER_LEGACY_V2, 13, false, true, true};
-constexpr TFormat FORMAT_V1{HEADER_V1, 13, true, true, false};
+constexpr TFormat FORMAT_LEGACY_V1{HEADER_LEGACY_V1, 9, false, false, true};
+constexpr TFormat FORMAT_LEGACY_V2{HEADER_LEGACY_V2, 11, false, true, true};
+constexpr TFormat FORMAT_V1{HEADER_V1, 11, true, true, false};
 
 constexpr char Lower(char c)
 {
@@ -66,27 +65,21 @@ std::string_view View(const QByteArray& bytes)
     return {bytes.constData(), static_cast<size_t>(bytes.size())};
 }
 
-// Takes the text up to the next line feed off the front of `text`.
-std::string_view Take_Line(std::string_view* text)
+// Takes the text up to the next `end`, or all of it, off the front of `text`.
+std::string_view Take_Until(char end, std::string_view* text)
 {
-    const size_t end = std::min(text->find('\n'), text->size());
-    const std::string_view line = text->substr(0, end);
-    text->remove_prefix(std::min(end + 1, text->size()));
-    return line;
+    const size_t length = std::min(text->find(end), text->size());
+    const std::string_view taken = text->substr(0, length);
+    text->remove_prefix(std::min(length + 1, text->size()));
+    return taken;
 }
 
-// Cuts `line` at its commas into exactly `count` fields; false where there are more or fewer.
-bool Split_Fields(std::string_view line, size_t count, TFields* fields)
+bool Take_Comma(std::string_view* text)
 {
-    for (size_t i = 0; i + 1 < count; ++i) {
-        const size_t comma = line.find(',');
-        if (comma == std::string_view::npos)
-            return false;
-        (*fields)[i] = line.substr(0, comma);
-        line.remove_prefix(comma + 1);
-    }
-    (*fields)[count - 1] = line;
-    return line.find(',') == std::string_view::npos;
+    if (text->empty() || text->front() != ',')
+        return false;
+    text->remove_prefix(1);
+    return true;
 }
 
 // True where all white space of `text` is single blanks.
@@ -113,33 +106,35 @@ QString Name_Of(std::string_view field)
     return simplified;
 }
 
-// Reads the fields from the third on. Numbers so large that sums of their squares would overflow are no
+// Reads a line's numbers, exactly `count`. Numbers so large that sums of their squares would overflow are no
 // measurement; one of them would make every statistic of the set infinite.
-bool Parse_Numbers(const TFields& fields, size_t count, double* numbers)
+bool Parse_Numbers(std::string_view text, size_t count, double* numbers)
 {
     constexpr double LARGEST_NUMBER = 1e140;
-    for (size_t i = 2; i < count; ++i, ++numbers) {
-        if (!Parse_Decimal(fields[i], numbers) || std::abs(*numbers) > LARGEST_NUMBER)
+    for (size_t i = 0; i < count; ++i, ++numbers) {
+        if (i > 0 && !Take_Comma(&text))
+            return false;
+        if (!Take_Decimal(&text, numbers) || std::abs(*numbers) > LARGEST_NUMBER)
             return false;
     }
-    return true;
+    return text.empty();
 }
 
 // Reads one data line; false for a line that is none. The second field holds nothing the set needs.
 bool Parse_Line(std::string_view line, const TFormat& format, Types::TBallbar_Item* item)
 {
-    TFields fields;
-    if (!Split_Fields(line, format.field_count, &fields))
-        return false;
+    std::string_view rest = line;
+    const std::string_view name = Take_Until(',', &rest);
+    Take_Until(',', &rest);
     // Only the first two fields may hold words; with a word in any other the line is no data anyway.
-    const std::string_view words(line.data(), fields[0].size() + 1 + fields[1].size());
+    const std::string_view words = line.substr(0, line.size() - rest.size());
     if (format.has_column_headings && Contains(words, "Name") && Contains(words, "Length"))
         return false;
-    std::array<double, MAXIMUM_FIELD_COUNT - 2> numbers{};
-    if (!Parse_Numbers(fields, format.field_count, numbers.data()))
+    std::array<double, MAXIMUM_NUMBER_COUNT> numbers{};
+    if (!Parse_Numbers(rest, format.number_count, numbers.data()))
         return false;
 
-    item->name = Name_Of(fields[0]);
+    item->name = Name_Of(name);
     item->sph1 = {numbers[0], numbers[1], numbers[2]};
     item->sph2 = {numbers[3], numbers[4], numbers[5]};
     const double* next = numbers.data() + 6;
@@ -156,18 +151,18 @@ bool Parse_Line(std::string_view line, const TFormat& format, Types::TBallbar_It
 // The most positions that `text` can hold: its shortest line has a digit for each number, the commas and the
 // line feed. Reserving that many at once keeps a large set from being held twice while the list grows; what
 // is not filled takes no memory.
-size_t Most_Positions(std::string_view text, size_t field_count)
+size_t Most_Positions(std::string_view text, size_t number_count)
 {
-    return std::min(text.size() / (2 * field_count - 2) + 1, TBallBarData::MAXIMUM_POSITION_COUNT + 1);
+    return std::min(text.size() / (2 * number_count + 2) + 1, TBallBarData::MAXIMUM_POSITION_COUNT + 1);
 }
 
 void Parse_Lines(const QByteArray& contents, const TFormat& format, std::vector<Types::TBallbar_Item>* items)
 {
     std::string_view text = View(contents);
-    items->reserve(Most_Positions(text, format.field_count));
+    items->reserve(Most_Positions(text, format.number_count));
     Types::TBallbar_Item item;
     while (!text.empty()) {
-        const std::string_view line = Trimmed(Take_Line(&text));
+        const std::string_view line = Trimmed(Take_Until('\n', &text));
         if (line.empty() || line.front() == '#' || Starts_With(line, format.header))
             continue;
         if (line.size() > LONGEST_LINE || !Parse_Line(line, format, &item))
@@ -314,7 +309,7 @@ TBallBarData::TFileContents TBallBarData::DetermineAsciiFileContents(const QByte
         return CONTENTS_UNKNOWN;
 
     text = Trimmed(text);
-    const std::string_view first_line = Take_Line(&text);
+    const std::string_view first_line = Take_Until('\n', &text);
     if (Starts_With(first_line, HEADER_LEGACY_V1))
         return CONTENTS_LEGACY_V1;
     if (Starts_With(first_line, HEADER_LEGACY_V2))
