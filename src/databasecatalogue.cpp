@@ -4,10 +4,10 @@
 namespace
 {
 
-void Add_Id(QHash<QString, int>* ids, const QString& text, int id)
+template<typename TKey> void Add_Id(QHash<TKey, int>* ids, const TKey& key, int id)
 {
-    if (!ids->contains(text))
-        ids->insert(text, id);
+    if (!ids->contains(key))
+        ids->insert(key, id);
 }
 
 } // namespace
@@ -20,9 +20,8 @@ void TDatabaseCatalogue::Add_Date(int date_id, const QString& date)
 
 void TDatabaseCatalogue::Add_Time(int date_id, int time_id, const QString& time)
 {
-    TTimes& times = d_times[date_id];
-    times.times.append(time);
-    Add_Id(&times.ids, time, time_id);
+    d_times[date_id].append(time);
+    Add_Id(&d_time_ids, {date_id, time}, time_id);
 }
 
 void TDatabaseCatalogue::Add_Rows(int date_id, int time_id, const Statements::TRows& rows)
@@ -37,13 +36,12 @@ int TDatabaseCatalogue::Date_Id(const QString& date) const
 
 int TDatabaseCatalogue::Time_Id(int date_id, const QString& time) const
 {
-    const auto times = d_times.find(date_id);
-    return times == d_times.end() ? -1 : times->ids.value(time, -1);
+    return d_time_ids.value({date_id, time}, -1);
 }
 
 QStringList TDatabaseCatalogue::Times(int date_id) const
 {
-    return d_times.value(date_id).times;
+    return d_times.value(date_id);
 }
 
 Statements::TRows TDatabaseCatalogue::Rows(int date_id, int time_id) const

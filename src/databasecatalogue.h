@@ -28,15 +28,9 @@ public:
     Statements::TRows Rows(int date_id, int time_id) const;
 
 private:
-    /// The times of one date.
-    struct TTimes
-    {
-        QStringList times;
-        QHash<QString, int> ids;
-    };
-
     QStringList d_dates;
     QHash<QString, int> d_date_ids;
-    QHash<int, TTimes> d_times;                       ///< by date id
+    QHash<int, QStringList> d_times;                  ///< by date id
+    QHash<QPair<int, QString>, int> d_time_ids;       ///< by date id and time
     QHash<QPair<int, int>, Statements::TRows> d_rows; ///< by date and time id
 };
