@@ -40,10 +40,10 @@ void Check(bool good, const char* what)
 }
 
 // Prints a line of the table, in ms. The reference does the `share`-th part of its work only.
-void Compare(const QString& name, int rounds, double goal, const std::function<void()>& ours,
+void Compare(const QString& name, double goal, const std::function<void()>& ours,
              const std::function<void()>& reference, int share = 1)
 {
-    const TComparison times(rounds, ours, reference);
+    const TComparison times(ROUNDS, ours, reference);
     Print_Ratio(name.toUtf8().constData(), times.ours * 1e3, times.reference * share * 1e3, goal);
 }
 
@@ -167,7 +167,7 @@ void Bench_Large_Set(const QTemporaryDir& folder)
     const QString our_file = folder.filePath("ours");
     const QString reference_file = folder.filePath("reference");
     Compare(
-        "save 100,000 positions (texts by Qt's driver)", ROUNDS, 1.15,
+        "save 100,000 positions (texts by Qt's driver)", 1.15,
         [&] {
             QFile::remove(our_file);
             TDatabase database;
@@ -184,7 +184,7 @@ void Bench_Large_Set(const QTemporaryDir& folder)
     TReference reference(reference_file);
     const QByteArray select = Statements::Select_Positions(1, 1).toUtf8();
     Compare(
-        "load 100,000 positions (C interface)", ROUNDS, 2.5,
+        "load 100,000 positions (C interface)", 2.5,
         [&] {
             bool valid = false;
             const TDatabaseItem loaded = database.Database_Item(item.Date(), item.Time(), &valid);
@@ -222,15 +222,13 @@ private:
 
     int d_sets;
     int d_saved{0}; // since then
-    int d_rounds;
     QString d_file;
     QString d_dump;
     std::unique_ptr<TPresetDialog> d_dialog;
 };
 
 TArchive::TArchive(const QTemporaryDir& folder, int sets)
-    : d_sets(sets), d_rounds(sets > 1000 ? 3 : ROUNDS), d_file(folder.filePath(QString("%1.db").arg(sets))),
-      d_dump(d_file + ".sql")
+    : d_sets(sets), d_file(folder.filePath(QString("%1.db").arg(sets))), d_dump(d_file + ".sql")
 {
     QStringList statements = Creating_Statements() << Statements::BEGIN;
     for (int number = 0; number < sets; ++number) {
@@ -283,7 +281,7 @@ void TArchive::Compare_With_Reference()
 void TArchive::Compare_Start()
 {
     Compare(
-        Name("start", "C, 3 tables read"), d_rounds, 3.0, [&] { Open(); },
+        Name("start", "C, 3 tables read"), 3.0, [&] { Open(); },
         [&] {
             TReference reference(d_file);
             for (const char* table : {"date", "time", "data"})
@@ -295,7 +293,7 @@ void TArchive::Compare_Select_All()
 {
     TReference reference(d_file);
     Compare(
-        Name("select all", "a scan for each set"), ROUNDS, 0.2, [&] { Select_All(); },
+        Name("select all", "a scan for each set"), 0.2, [&] { Select_All(); },
         [&] {
             for (int i = 1; i <= SCANS; ++i)
                 reference.Read(Statements::Select_Positions(i, i).toUtf8());
@@ -307,7 +305,7 @@ void TArchive::Compare_Backup()
 {
     const auto dump = [&] { Run_Shell({d_file, ".dump"}, d_dump); };
     Compare(
-        Name("backup, cold", "sqlite3 .dump"), d_rounds, 1.2,
+        Name("backup, cold", "sqlite3 .dump"), 1.2,
         [&] {
             Cool_Down();
             Backup();
@@ -317,14 +315,14 @@ void TArchive::Compare_Backup()
             dump();
         });
     Compare(
-        Name("backup", "sqlite3 .dump"), d_rounds, 1.2, [&] { Backup(); }, dump);
+        Name("backup", "sqlite3 .dump"), 1.2, [&] { Backup(); }, dump);
 }
 
 void TArchive::Compare_Restore()
 {
     const QString read = d_file + ".read";
     Compare(
-        Name("restore", "sqlite3 .read"), d_rounds, 3.0, [&] { Restore(); },
+        Name("restore", "sqlite3 .read"), 3.0, [&] { Restore(); },
         [&] {
             QFile::remove(read);
             Run_Shell({read, ".read " + d_dump}, QString());
