@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSaveFile>
+#include <QScrollBar>
 #include <QShowEvent>
 #include <QTableWidget>
 #include <QTreeWidget>
@@ -42,12 +43,29 @@ QLabel* Create_Title(const QString& text, QWidget* field)
     return title;
 }
 
+// Keeps dates and times, as sets are filed under, from being cut short beside the scroll bar. A tree that is
+// folded in has by itself no room for times. Other months may take a letter more than today's.
+void Make_Room_For_Times(QTreeWidget* tree)
+{
+    const TDatabaseItem now;
+    new QTreeWidgetItem(tree, {now.Date(), now.Time()});
+    const QAbstractItemView* view = tree; // tells its columns' widths to everybody
+    const int letter = tree->fontMetrics().horizontalAdvance(QLatin1Char('M'));
+    const int date = view->sizeHintForColumn(0) + letter;
+    const int time = view->sizeHintForColumn(1) + letter;
+    tree->clear();
+    tree->header()->setMinimumSectionSize(time);
+    tree->setMinimumWidth(date + time + tree->verticalScrollBar()->sizeHint().width() +
+                          2 * tree->frameWidth());
+}
+
 QTreeWidget* Create_Tree(const QStringList& titles)
 {
     auto* tree = new QTreeWidget;
     tree->setObjectName(QStringLiteral("entries"));
     tree->setHeaderLabels(titles);
     tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    Make_Room_For_Times(tree);
     return tree;
 }
 

@@ -678,7 +678,11 @@ TEST_F(DatabaseDialog, OpensTheDatabaseAnew)
         QTimer::singleShot(0, &d_dialog, &QWidget::close);
         d_dialog.exec();
         EXPECT_EQ(Tree()->topLevelItemCount(), dates);
-        EXPECT_EQ(Tree()->columnWidth(0) > Tree()->fontMetrics().horizontalAdvance(long_date), dates > 0);
+        const auto width = [metrics = Tree()->fontMetrics()](const QString& text) {
+            return metrics.horizontalAdvance(text);
+        };
+        EXPECT_EQ(Tree()->columnWidth(0) > width(long_date), dates > 0);
+        EXPECT_GT(Tree()->columnWidth(1), width(TDatabaseItem().Time())) << "folded in or not";
         EXPECT_EQ(d_dialog.Failures().size(), dates == 0);
         QFile::remove(d_file);
         QDir(d_folder.path()).mkdir("a[1].db");

@@ -178,9 +178,10 @@ TEST_F(Kelvora, WhatStandsWhere)
     EXPECT_EQ(italic, "© 2026 The Kelvora authors|Database Entries|Measurement Summary|");
     auto& dialog = *d_window->findChild<TDatabaseDialog*>();
     dialog.show();
-    const QRect tree = Child<QTreeWidget>(dialog, "entries").geometry();
-    const QRect table = Child<QTableWidget>(dialog, "summary").geometry();
-    EXPECT_GT(table.width(), 4.5 * tree.width());
+    const auto& tree = Child<QTreeWidget>(dialog, "entries");
+    EXPECT_GT(Child<QTableWidget>(dialog, "summary").width(), 1.5 * tree.width());
+    const TDatabaseItem now;
+    EXPECT_GT(tree.width(), tree.fontMetrics().horizontalAdvance(now.Date() + now.Time()) + 20);
 }
 
 TEST_F(Kelvora, KeyboardReachesEverything)
