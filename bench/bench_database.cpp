@@ -353,10 +353,10 @@ void Bench_Growth(TArchive* small, TArchive* large)
     };
     Print_Heading("10,000, ms", "10 x 1,000, ms", "the same, ten times, with a tenth of the sets");
     for (const auto& [name, work] : works) {
-        const auto seconds = [work = work](TArchive* archive, int times) {
+        const auto seconds = [timed = work](TArchive* archive, int times) {
             double sum = 0.0;
             for (int i = 0; i < times; ++i)
-                sum += archive->Time(work);
+                sum += archive->Time(timed);
             archive->Close();
             return sum;
         };
