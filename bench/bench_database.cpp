@@ -221,7 +221,7 @@ private:
     void Cool_Down() const;
 
     int d_sets;
-    int d_saved{0}; // since then
+    int d_saved{0}; // besides these
     QString d_file;
     QString d_dump;
     std::unique_ptr<TPresetDialog> d_dialog;
