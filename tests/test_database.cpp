@@ -670,18 +670,20 @@ TEST_F(DatabaseDialog, TellsWhatFailed)
 
 TEST_F(DatabaseDialog, OpensTheDatabaseAnew)
 {
+    const auto width = [metrics = Tree()->fontMetrics()](const QString& text) {
+        return metrics.horizontalAdvance(text);
+    };
     const QString long_date(30, 'B');
-    ASSERT_TRUE(Add("A", "1", 2));
-    EXPECT_TRUE(TOtherProgram(d_file).Does("INSERT INTO date(entry) VALUES('" + long_date + "')"));
+    ASSERT_TRUE(Add(long_date, "1", 2));
+    EXPECT_GT(Tree()->columnWidth(0), width(long_date)) << "while it is shown";
+    const QString longer = long_date + long_date;
+    EXPECT_TRUE(TOtherProgram(d_file).Does("INSERT INTO date(entry) VALUES('" + longer + "')"));
     for (const int dates : {2, 0}) {
         d_dialog.hide();
         QTimer::singleShot(0, &d_dialog, &QWidget::close);
         d_dialog.exec();
         EXPECT_EQ(Tree()->topLevelItemCount(), dates);
-        const auto width = [metrics = Tree()->fontMetrics()](const QString& text) {
-            return metrics.horizontalAdvance(text);
-        };
-        EXPECT_EQ(Tree()->columnWidth(0) > width(long_date), dates > 0);
+        EXPECT_EQ(Tree()->columnWidth(0) > width(longer), dates > 0);
         EXPECT_GT(Tree()->columnWidth(1), width(TDatabaseItem().Time())) << "folded in or not";
         EXPECT_EQ(d_dialog.Failures().size(), dates == 0);
         QFile::remove(d_file);
